@@ -1,0 +1,25 @@
+# Headers keep their folders below include/wq; CMake and pkg-config both find the library.
+
+include(CMakePackageConfigHelpers)
+
+foreach(header IN LISTS WQ_HEADERS)
+  file(RELATIVE_PATH relative ${CMAKE_CURRENT_SOURCE_DIR} ${header})
+  if(relative STREQUAL "dom/Binding.h")  # for dom's own files
+    continue()
+  endif()
+  get_filename_component(folder ${relative} DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/${folder})
+endforeach()
+
+install(DIRECTORY resources/ DESTINATION ${CMAKE_INSTALL_DATADIR}/wq)
+install(TARGETS wq EXPORT wqTargets)
+install(EXPORT wqTargets NAMESPACE wq:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/wq)
+
+configure_package_config_file(cmake/wqConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/wqConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/wq)
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/wqConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wqConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/wqConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/wq)
+
+configure_file(cmake/wq.pc.in ${CMAKE_CURRENT_BINARY_DIR}/wq.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wq.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,500 @@
+#include "dom/Binding.h"
+
+#include <libxml/valid.h>
+
+#include <algorithm>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "dom/Rare.h"
+#include "dom/WQXMLDocument.h"
+#include "dom/WQXMLElement.h"
+
+namespace wq {
+
+GuardedCall* GuardedCall::current = nullptr;
+bool gInStartElement = false;
+
+void GuardedCall::raise() {
+    current = outer;
+    if (first) std::rethrow_exception(std::exchange(first, nullptr));
+}
+
+NSString takeString(xmlChar* bytes) {
+    NSString result = fromUTF8(bytes);
+    xmlFree(bytes);
+    return result;
+}
+
+namespace {
+
+WQXMLDocument* documentOf(xmlNodePtr node) { return node->doc ? static_cast<WQXMLDocument*>(node->doc->_private) : nullptr; }
+
+bool isLinked(xmlNodePtr node) { return node->parent || node->prev || node->next; }
+
+// Calls `visit` for the root and all below it, in document order, without recursion. The children
+// of an entity reference belong to the declaration.
+template <class Visit> void forEachNode(xmlNodePtr root, Visit&& visit) {
+    for (xmlNodePtr node = root; node;) {
+        visit(node);
+        if (node->children && node->type != XML_ENTITY_REF_NODE) {
+            node = node->children;
+            continue;
+        }
+        while (node != root && !node->next) node = node->parent;
+        node = node == root ? nullptr : node->next;
+    }
+}
+
+template <class Visit> void forEachAttribute(xmlNodePtr element, Visit&& visit) {
+    if (element->type != XML_ELEMENT_NODE) return;
+    for (xmlAttrPtr attribute = element->properties; attribute; attribute = attribute->next) visit(attribute);
+}
+
+xmlAttrPtr asAttribute(xmlNodePtr node) { return node->type == XML_ATTRIBUTE_NODE ? reinterpret_cast<xmlAttrPtr>(node) : nullptr; }
+
+// The table of identifiers is keyed by value, so an identifier leaves it before its value changes
+// and enters it again afterwards; else libxml2 would forget to take the attribute out when it dies.
+class IdentifierUpdate {
+public:
+    explicit IdentifierUpdate(xmlNodePtr parentOfValue) {
+        xmlAttrPtr parent = parentOfValue ? asAttribute(parentOfValue) : nullptr;
+        if (!parent || parent->atype != XML_ATTRIBUTE_ID || !parent->doc) return;
+        attribute = parent;
+        xmlRemoveID(attribute->doc, attribute);
+    }
+    ~IdentifierUpdate() {
+        if (!attribute) return;
+        if (xmlChar* value = xmlNodeListGetString(attribute->doc, attribute->children, 1)) {
+            xmlAddID(nullptr, attribute->doc, value, attribute);
+            xmlFree(value);
+        }
+    }
+    IdentifierUpdate(const IdentifierUpdate&) = delete;
+    IdentifierUpdate& operator=(const IdentifierUpdate&) = delete;
+
+private:
+    xmlAttrPtr attribute = nullptr;
+};
+
+}  // namespace
+
+// ---- New nodes
+
+namespace {
+// Lets a wrapper under construction go without touching the node that it was offered.
+struct Unbind {
+    void operator()(WQXMLNode* made) const {
+        made->setXMLNode(nullptr);
+        made->release();
+    }
+};
+struct FreeNode {
+    void operator()(xmlNodePtr node) const { xmlFreeNode(node); }  // no wrapper yet
+};
+}  // namespace
+
+bool Binding::bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node) {
+    if (!node) return false;
+    std::unique_ptr<xmlNode, FreeNode> owned(node);
+    try {
+        if (!wrapper->initWithXMLNode(node)) {
+            wrapper->my.impl = nullptr;
+            return false;
+        }
+    } catch (...) {
+        wrapper->my.impl = nullptr;
+        throw;
+    }
+    owned.release()->_private = wrapper;
+    return true;
+}
+
+WQXMLNode* Binding::makeWrapper(const Class* aClass, xmlNodePtr node) {
+    if (!aClass) return nullptr;
+    auto object = Ref<Object>::adopt(aClass->make());
+    if (!dynamic_cast<WQXMLNode*>(object.get())) return nullptr;
+    std::unique_ptr<WQXMLNode, Unbind> made(static_cast<WQXMLNode*>(object.leak()));
+    return made->initWithXMLNode(node) ? made.release() : nullptr;
+}
+
+void Binding::replaceWrapper(xmlNodePtr node, WQXMLNode* replacement) {
+    WQXMLNode* present = wrapper(node);
+    setHoldsTreeReference(replacement, true);
+    if (present->my.rare) {  // the node goes on using its namespaces
+        auto& rare = *present->my.rare;
+        auto& borrowed = borrowedNamespaces(replacement);
+        for (auto* list : {&rare.borrowed, &rare.ownedNamespaces})
+            borrowed.insert(borrowed.end(), list->begin(), list->end()), list->clear();
+        if (rare.ownedNs) borrowed.push_back(std::exchange(rare.ownedNs, nullptr));
+    }
+    node->_private = replacement;
+    present->setXMLNode(nullptr);
+    if (!holdsTreeReference(present)) return;
+    setHoldsTreeReference(present, false);
+    present->release();
+}
+
+Ref<WQXMLNode> Binding::adoptNewNode(xmlNodePtr node) {
+    WQXMLNode* made = wrapper(node);
+    setHoldsTreeReference(made, false);
+    detach(node);
+    return Ref<WQXMLNode>::adopt(made);
+}
+
+// ---- Counts
+
+void Binding::setHoldsTreeReference(WQXMLNode* wrapper, bool holds) {
+    wrapper->flags = static_cast<uint8_t>(holds ? wrapper->flags | WQXMLNode::kTreeReference : wrapper->flags & ~WQXMLNode::kTreeReference);
+}
+
+void Binding::takeTreeReference(WQXMLNode* wrapper) {
+    if (holdsTreeReference(wrapper)) return;
+    setHoldsTreeReference(wrapper, true);
+    wrapper->retain();
+}
+
+// ---- Detached nodes: an unlinked node may outlive the document that it names
+
+namespace {
+// Where a node keeps its place in the list, counted from 1: in a field that only libxml2's schema
+// validation uses. Null for nodes without that field.
+void** placeOf(xmlNodePtr node) {
+    if (xmlAttrPtr attribute = asAttribute(node)) return &attribute->psvi;
+    return node->type == XML_DTD_NODE ? nullptr : &node->psvi;
+}
+
+std::vector<xmlNodePtr>::iterator findDetached(std::vector<xmlNodePtr>& detached, xmlNodePtr node) {
+    void** place = placeOf(node);
+    if (!place) return std::find(detached.begin(), detached.end(), node);
+    const auto number = reinterpret_cast<size_t>(*place);
+    return number ? detached.begin() + static_cast<std::ptrdiff_t>(number - 1) : detached.end();
+}
+
+}  // namespace
+
+void Binding::attach(xmlNodePtr node) {
+    WQXMLDocument* document = documentOf(node);
+    if (!document) return;
+    auto& detached = document->detachedRoots();
+    auto found = findDetached(detached, node);
+    if (found == detached.end()) return;
+    xmlNodePtr last = detached.back();
+    *found = last;
+    if (void** place = placeOf(last)) *place = reinterpret_cast<void*>(found - detached.begin() + 1);
+    if (void** place = placeOf(node)) *place = nullptr;
+    detached.pop_back();
+}
+
+void Binding::detach(xmlNodePtr node) {
+    WQXMLDocument* document = documentOf(node);
+    if (!document) return;
+    auto& detached = document->detachedRoots();
+    if (findDetached(detached, node) != detached.end()) return;
+    detached.push_back(node);
+    if (void** place = placeOf(node)) *place = reinterpret_cast<void*>(detached.size());
+}
+
+// ---- Namespaces
+
+std::vector<xmlNsPtr>& Binding::borrowedNamespaces(WQXMLNode* wrapper) { return wrapper->makeRare().borrowed; }
+std::vector<xmlNsPtr>& Binding::ownedNamespaces(WQXMLNode* element) { return element->makeRare().ownedNamespaces; }
+size_t Binding::numberOfOwnedNamespaces(const WQXMLNode* element) {
+    return element->my.rare ? element->my.rare->ownedNamespaces.size() : 0;
+}
+
+void Binding::collectNamespaces(const WQXMLNode* wrapper, std::unordered_set<xmlNsPtr>& collected) {
+    if (wrapper->my.rare) wrapper->my.rare->forEach([&](xmlNsPtr ns) { collected.insert(ns); });
+}
+
+namespace {
+
+// A copy that no tree holds. xmlNewNs itself refuses the prefix "xml".
+xmlNsPtr copyNamespace(xmlNsPtr ns) {
+    xmlNsPtr copy = xmlNewNs(nullptr, ns->href, nullptr);
+    if (copy && ns->prefix) copy->prefix = xmlStrdup(ns->prefix);
+    return copy;
+}
+
+// Gives a subtree that leaves its tree namespaces of its own: those that belong to a former
+// ancestor, or to the document, are replaced by copies that the root's wrapper keeps.
+class Localiser {
+public:
+    explicit Localiser(xmlNodePtr subtree) : root(subtree) {}
+
+    void run() {
+        if (xmlAttrPtr attribute = asAttribute(root)) return localise(attribute->ns);
+        if (root->type != XML_ELEMENT_NODE) return;
+        forEachNode(root, [this](xmlNodePtr node) {
+            if (node->type != XML_ELEMENT_NODE) return;
+            noteOwn(node);
+            localise(node->ns);
+            forEachAttribute(node, [this](xmlAttrPtr attribute) { localise(attribute->ns); });
+        });
+    }
+
+private:
+    // Parents come first, so whatever a node may point to within the subtree is known by then.
+    void noteOwn(xmlNodePtr element) {
+        for (xmlNsPtr ns = element->nsDef; ns; ns = ns->next) own.insert(ns);
+        if (WQXMLNode* bound = wrapper(element)) Binding::collectNamespaces(bound, own);
+    }
+
+    void localise(xmlNsPtr& ns) {
+        if (!ns || own.count(ns)) return;
+        if (ns != lastForeign) {
+            lastForeign = ns;
+            xmlNsPtr& copy = copies[ns];
+            if (!copy) copy = borrow(ns);
+            lastCopy = copy;
+        }
+        ns = lastCopy;
+    }
+
+    xmlNsPtr borrow(xmlNsPtr ns) {
+        auto& borrowed = Binding::borrowedNamespaces(wrapper(root));
+        for (xmlNsPtr known : borrowed)
+            if (xmlStrEqual(known->href, ns->href) && xmlStrEqual(known->prefix, ns->prefix)) return known;
+        xmlNsPtr copy = copyNamespace(ns);
+        borrowed.push_back(copy);
+        return copy;
+    }
+
+    xmlNodePtr root;
+    std::unordered_set<xmlNsPtr> own;
+    std::unordered_map<xmlNsPtr, xmlNsPtr> copies;
+    xmlNsPtr lastForeign = nullptr, lastCopy = nullptr;
+};
+
+void localise(xmlNodePtr root) {
+    if (wrapper(root)) Localiser(root).run();
+}
+
+std::unordered_set<xmlNsPtr> namespacesInUse(xmlNodePtr root) {
+    std::unordered_set<xmlNsPtr> used;
+    forEachNode(root, [&](xmlNodePtr node) {
+        if (node->type == XML_ELEMENT_NODE) used.insert(node->ns);
+        forEachAttribute(node, [&](xmlAttrPtr attribute) { used.insert(attribute->ns); });
+    });
+    return used;
+}
+
+}  // namespace
+
+void Binding::reconcileNamespaces(WQXMLNode* wrapper) {
+    xmlNodePtr node = wrapper->my.impl;
+    if (!node || !node->doc || node->type != XML_ELEMENT_NODE) return;
+    if (!node->ns && !node->properties && !node->children) return;  // nothing to reconcile
+    if (xmlReconciliateNs(node->doc, node) == -1) return;
+
+    WQXMLNode::Rare* rare = wrapper->my.rare;
+    if (!rare || (!rare->ownedNs && rare->borrowed.empty())) return;
+    // What a descendant found by its search upwards stays for as long as it is in use.
+    if (rare->ownedNs) rare->borrowed.push_back(std::exchange(rare->ownedNs, nullptr));
+    const auto used = namespacesInUse(node);
+    std::erase_if(rare->borrowed, [&](xmlNsPtr ns) {
+        if (used.count(ns)) return false;
+        xmlFreeNs(ns);
+        return true;
+    });
+}
+
+// ---- Linking
+
+namespace {
+
+// What xmlSetTreeDoc does, without its recursion, for trees of any depth: identifiers leave the old
+// document's table, and entity references let go of its declarations.
+void setDocument(xmlNodePtr root, xmlDocPtr doc) {
+    if (root->doc == doc) return;
+    auto move = [doc](xmlAttrPtr attribute) {
+        if (attribute->atype == XML_ATTRIBUTE_ID) xmlRemoveID(attribute->doc, attribute);
+        attribute->doc = doc;
+        for (xmlNodePtr value = attribute->children; value; value = value->next) {
+            if (value->type == XML_ENTITY_REF_NODE) value->children = value->last = nullptr;
+            value->doc = doc;
+        }
+    };
+    if (xmlAttrPtr attribute = asAttribute(root)) return move(attribute);
+    forEachNode(root, [&](xmlNodePtr node) {
+        forEachAttribute(node, move);
+        if (node->type == XML_ENTITY_REF_NODE) node->children = node->last = nullptr;
+        node->doc = doc;
+    });
+}
+
+void moveToDocument(xmlNodePtr node, xmlDocPtr doc) {
+    Binding::attach(node);
+    if (node->doc == doc) return;
+    localise(node);
+    setDocument(node, doc);
+}
+
+// Entity references point to declarations, which go with their DTD.
+void forgetDeclarations(xmlNodePtr dtd) {
+    auto forget = [dtd](xmlNodePtr node) {
+        if (node->type == XML_ENTITY_REF_NODE && node->children && node->children->parent == dtd) node->children = node->last = nullptr;
+    };
+    auto forgetBelow = [&](xmlNodePtr root) {
+        forEachNode(root, [&](xmlNodePtr node) {
+            forget(node);
+            forEachAttribute(node, [&](xmlAttrPtr attribute) {
+                for (xmlNodePtr value = attribute->children; value; value = value->next) forget(value);
+            });
+        });
+    };
+    if (!dtd->doc) return;
+    forgetBelow(reinterpret_cast<xmlNodePtr>(dtd->doc));
+    if (WQXMLDocument* document = documentOf(dtd))
+        for (xmlNodePtr root : document->detachedRoots()) forgetBelow(root);
+}
+
+void unlinkFromLists(xmlNodePtr node) {
+    if (node->type == XML_DTD_NODE) forgetDeclarations(node);
+    IdentifierUpdate update(node->parent);
+    xmlUnlinkNode(node);
+}
+
+// Out of the lists that hold it, with namespaces of its own.
+void unlinkNode(xmlNodePtr node) {
+    unlinkFromLists(node);
+    localise(node);
+}
+
+// The attribute that a new one replaces. libxml2 may answer with a declaration of the DTD instead.
+xmlAttrPtr sameNamed(xmlNodePtr element, xmlAttrPtr attribute) {
+    xmlAttrPtr found = attribute->ns ? xmlHasNsProp(element, attribute->name, attribute->ns->href) : xmlHasProp(element, attribute->name);
+    return found && found != attribute && found->type == XML_ATTRIBUTE_NODE ? found : nullptr;
+}
+
+// Unlinked first, so that the attribute list keeps no freed entry.
+void freeAttribute(xmlAttrPtr attribute) {
+    xmlUnlinkNode(reinterpret_cast<xmlNodePtr>(attribute));
+    guarded([&] { xmlFreeProp(attribute); });
+}
+
+xmlNodePtr lastAttribute(xmlNodePtr element) {
+    auto* node = reinterpret_cast<xmlNodePtr>(element->properties);
+    while (node && node->next) node = node->next;
+    return node;
+}
+
+// By hand: xmlAddChild would merge adjacent texts and free the child.
+void linkBetween(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr previous, xmlNodePtr next) {
+    IdentifierUpdate update(parent);
+    child->parent = parent;
+    child->prev = previous;
+    child->next = next;
+    if (previous) previous->next = child;
+    if (next) next->prev = child;
+    if (!parent) return;
+    if (xmlAttrPtr attribute = asAttribute(child)) {
+        if (!previous) parent->properties = attribute;
+        return;
+    }
+    if (!previous) parent->children = child;
+    if (!next) parent->last = child;
+    if (child->type == XML_DTD_NODE && !parent->doc->intSubset) parent->doc->intSubset = reinterpret_cast<xmlDtdPtr>(child);
+}
+
+bool isDocumentNode(xmlNodePtr node) { return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE; }
+
+}  // namespace
+
+bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference) {
+    if (reference) {
+        parent = reference->parent;
+        if (asAttribute(reference) && !asAttribute(child)) return false;
+    }
+    if (!parent) return child->type != XML_ATTRIBUTE_NODE && child->type != XML_DTD_NODE;
+    if (asAttribute(child)) return parent->type == XML_ELEMENT_NODE;
+    if (child->type == XML_DTD_NODE) return isDocumentNode(parent);
+    if (parent->type == XML_ATTRIBUTE_NODE) return child->type != XML_ELEMENT_NODE;
+    return parent->type != XML_ENTITY_REF_NODE;
+}
+
+void Binding::linkAhead(WQXMLNode* child, xmlNodePtr reference) {
+    xmlNodePtr node = child->my.impl, parent = reference->parent;
+    if (isLinked(node)) unlinkNode(node);
+    if (xmlAttrPtr attribute = asAttribute(node)) {
+        if (!asAttribute(reference)) return linkLast(child, parent);
+        if (xmlAttrPtr same = sameNamed(parent, attribute)) {
+            if (reinterpret_cast<xmlNodePtr>(same) == reference) reference = reference->next;
+            freeAttribute(same);
+        }
+        if (!reference) return linkLast(child, parent);
+    }
+    moveToDocument(node, reference->doc);
+    linkBetween(node, parent, reference->prev, reference);
+    if (parent)
+        takeTreeReference(child);
+    else if (!holdsTreeReference(child))
+        detach(node);  // beside a node without parent: the caller's still
+}
+
+void Binding::linkLast(WQXMLNode* child, xmlNodePtr parent) {
+    xmlNodePtr node = child->my.impl;
+    if (node->parent == parent) return takeTreeReference(child);  // nothing to link
+    if (isLinked(node)) unlinkNode(node);
+    xmlAttrPtr attribute = asAttribute(node);
+    if (attribute)
+        if (xmlAttrPtr same = sameNamed(parent, attribute)) freeAttribute(same);
+    moveToDocument(node, parent->doc);
+    linkBetween(node, parent, attribute ? lastAttribute(parent) : parent->last, nullptr);
+    takeTreeReference(child);
+}
+
+Ref<WQXMLNode> Binding::unlink(WQXMLNode* child) {
+    unlinkNode(child->my.impl);
+    detach(child->my.impl);
+    if (!holdsTreeReference(child)) return Ref<WQXMLNode>(child);
+    setHoldsTreeReference(child, false);
+    return Ref<WQXMLNode>::adopt(child);
+}
+
+void Binding::linkAsRoot(Ref<WQXMLElement>&& element, xmlDocPtr doc) {
+    xmlNodePtr node = element->xmlNode();
+    if (isLinked(node)) unlinkNode(node);
+    moveToDocument(node, doc);
+    xmlNodePtr old = xmlDocSetRootElement(doc, node);
+    WQXMLElement* root = element.leak();
+    if (holdsTreeReference(root))
+        root->release();  // it stood in a tree: that reference goes on
+    else
+        setHoldsTreeReference(root, true);
+    if (old) guarded([&] { xmlFreeNode(old); });  // unlinked by the call above; its wrappers go by the hook
+}
+
+// ---- Content
+
+void Binding::setContent(xmlNodePtr text, const NSString& content) {
+    IdentifierUpdate update(text->parent);
+    xmlNodeSetContent(text, Bytes(content));  // the content of a text is taken as it stands
+}
+
+// ---- The end
+
+void Binding::freeNode(WQXMLNode* wrapper) {
+    xmlNodePtr node = wrapper->my.impl;
+    unlinkFromLists(node);
+    attach(node);
+    node->_private = nullptr;
+    wrapper->my.impl = nullptr;
+    xmlFreeNode(node);
+}
+
+void Binding::freeDocument(WQXMLDocument* document, xmlDocPtr doc) {
+    keepFailure(checkNode);
+    doc->_private = nullptr;
+    for (xmlNodePtr root : std::exchange(document->detachedRoots(), {})) {
+        if (void** place = placeOf(root)) *place = nullptr;
+        WQXMLNode* bound = wrapper(root);
+        localise(root);
+        setDocument(root, nullptr);
+        if (bound && holdsTreeReference(bound)) xmlFreeNode(root);  // nobody but the node holds the wrapper
+    }
+    xmlFreeDoc(doc);
+}
+
+}  // namespace wq

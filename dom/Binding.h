@@ -1,0 +1,156 @@
+// The binding of wrappers to libxml2 nodes, for the files of this folder.
+//
+// Here stand the guarded call, and every operation that frees, links, unlinks or moves nodes behind
+// a wrapper. No other file calls those of libxml2 (xmlFreeNode, xmlUnlinkNode, xmlSetTreeDoc,
+// xmlFreeProp and their kin) unless it says beside the call why that is safe.
+#pragma once
+
+#include <exception>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <libxml/tree.h>
+#include "dom/WQLibXML.h"
+#include "dom/WQXMLNode.h"
+
+class WQXMLDocument;
+class WQXMLElement;
+
+namespace wq {
+
+// Runs the start-up and sets the default classes, once. Each operation through which a program can
+// first come to libxml2 calls it.
+void startLibrary();
+
+inline WQXMLNode* wrapper(const void* node) noexcept {
+    return node ? static_cast<WQXMLNode*>(static_cast<const xmlNode*>(node)->_private) : nullptr;
+}
+inline Ref<WQXMLNode> wrapped(const void* node) noexcept { return Ref<WQXMLNode>(wrapper(node)); }
+
+// A string as libxml2 takes it: UTF-8 with a NUL behind it, or a null pointer for null.
+class Bytes {
+public:
+    explicit Bytes(const NSString& string) : text(toUTF8(string)), present(string) {}
+    operator const xmlChar*() const { return present ? reinterpret_cast<const xmlChar*>(text.c_str()) : nullptr; }
+
+private:
+    std::string text;
+    bool present;
+};
+
+// A string that libxml2 made for us; frees it.
+NSString takeString(xmlChar* bytes);
+
+// While one of these lives, failures inside libxml2 do not unwind through it: the error callback
+// and the hooks keep the first one, and no code of the application runs from then on. `raise`,
+// called when libxml2 has returned and what it gave is freed, raises what was kept.
+class GuardedCall {
+public:
+    GuardedCall() noexcept : outer(std::exchange(current, this)) {}
+    ~GuardedCall() {
+        if (current == this) current = outer;
+    }
+    GuardedCall(const GuardedCall&) = delete;
+    GuardedCall& operator=(const GuardedCall&) = delete;
+
+    bool failed() const noexcept { return static_cast<bool>(first); }
+    void keep(std::exception_ptr failure) noexcept {
+        if (!first) first = std::move(failure);
+    }
+    void raise();
+
+    static GuardedCall* current;  // the innermost; null outside
+
+private:
+    std::exception_ptr first;
+    GuardedCall* outer;
+};
+
+// The result of `call`. If something failed in it, `clean` frees the result, and the failure is raised.
+template <class Call, class Clean> auto guarded(Call&& call, Clean&& clean) {
+    GuardedCall guard;
+    auto result = call();
+    if (guard.failed() && result) clean(result);
+    guard.raise();
+    return result;
+}
+template <class Call> void guarded(Call&& call) {
+    GuardedCall guard;
+    call();
+    guard.raise();
+}
+
+// For callbacks that libxml2 calls: keeps what `work` raises if a guarded call runs. False if it raised.
+bool keepFailure(auto&& work) {
+    try {
+        work();
+        return true;
+    } catch (...) {
+        if (!GuardedCall::current) throw;
+        GuardedCall::current->keep(std::current_exception());
+        return false;
+    }
+}
+
+// True in the start-element callbacks of a parser: an element's class is not settled before all
+// its attributes are in place.
+extern bool gInStartElement;
+
+struct Binding {
+    // ---- New nodes
+
+    // Binds a wrapper under construction to the node made for it. False if the wrapper refuses;
+    // the node is freed then, and also if it raises.
+    static bool bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node);
+    // Makes a wrapper of that class for a node. Null if it refuses. Not stored in the node yet.
+    static WQXMLNode* makeWrapper(const Class* aClass, xmlNodePtr node);
+    // Puts a new wrapper in the place of the present one, which dies for its node.
+    static void replaceWrapper(xmlNodePtr node, WQXMLNode* replacement);
+    // A node that the hook has just wrapped becomes the caller's: its count, and the node with it.
+    static Ref<WQXMLNode> adoptNewNode(xmlNodePtr node);
+
+    // ---- Linking
+
+    // Whether libxml2 can own the child there, and keep its lists sound.
+    static bool canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference);
+    // Ahead of the reference, wherever that is.
+    static void linkAhead(WQXMLNode* child, xmlNodePtr reference);
+    // As the last child, or the last attribute.
+    static void linkLast(WQXMLNode* child, xmlNodePtr parent);
+    // Unlinks it; the result is the count that the tree held, or a new one.
+    static Ref<WQXMLNode> unlink(WQXMLNode* child);
+    // Makes it the root of a document, and frees the one before. The caller's count becomes the tree's.
+    static void linkAsRoot(Ref<WQXMLElement>&& element, xmlDocPtr doc);
+
+    // ---- Counts and namespaces
+
+    static bool holdsTreeReference(const WQXMLNode* wrapper) { return wrapper->flags & WQXMLNode::kTreeReference; }
+    static void setHoldsTreeReference(WQXMLNode* wrapper, bool holds);
+    static void takeTreeReference(WQXMLNode* wrapper);
+    static void reconcileNamespaces(WQXMLNode* wrapper);
+    static std::vector<xmlNsPtr>& borrowedNamespaces(WQXMLNode* wrapper);
+    static std::vector<xmlNsPtr>& ownedNamespaces(WQXMLNode* element);  // those made for attributes
+    static size_t numberOfOwnedNamespaces(const WQXMLNode* element);
+    static void collectNamespaces(const WQXMLNode* wrapper, std::unordered_set<xmlNsPtr>& collected);
+
+    // ---- Content
+
+    static void setContent(xmlNodePtr text, const NSString& content);
+
+    // ---- The end, within a guarded call of the caller
+
+    static void freeNode(WQXMLNode* wrapper);
+    static void freeDocument(WQXMLDocument* document, xmlDocPtr doc);
+
+    // ---- Detached nodes: each unlinked node that has an owner is listed with the document that it
+    // names, since it may outlive that.
+
+    static void detach(xmlNodePtr node);
+    static void attach(xmlNodePtr node);  // linked again, moved to another document, or dying
+};
+
+// How many libxml2 nodes live, documents among them. Counted in test builds only.
+int64_t numberOfLivingNodes() noexcept;
+
+}  // namespace wq

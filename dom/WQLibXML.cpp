@@ -1,0 +1,162 @@
+#include "dom/WQLibXML.h"
+
+#include <libxml/catalog.h>
+#include <libxml/parser.h>
+#include <libxml/xmlerror.h>
+
+#include "dom/Binding.h"
+#include "dom/WQXMLAttr.h"
+#include "dom/WQXMLDocument.h"
+#include "dom/WQXMLElement.h"
+#include "dom/WQXMLText.h"
+#include "platform/NSBundle.h"
+#include "platform/WQXMLException.h"
+
+bool gRegisterNode = true;
+xmlNodePtr gCheckNode = nullptr;
+const wq::Class* DefaultElementClass = nullptr;
+const wq::Class* DefaultAttrClass = nullptr;
+const wq::Class* DefaultTextClass = nullptr;
+const wq::Class* DefaultNodeClass = nullptr;
+
+// ---- Start-up
+
+void WQLibXMLInit() {
+    static bool isInitialized = false;
+    if (isInitialized) return;
+    if (NSString catalog = NSBundle::pathForResource_ofType(u"catalog", u"xml")) {
+        xmlInitializeCatalog();
+        xmlLoadCatalog(wq::toUTF8(catalog).c_str());
+    }
+    xmlRegisterNodeDefault(xmlRegisterNode);
+    xmlDeregisterNodeDefault(xmlDeregisterNode);
+    xmlSetStructuredErrorFunc(nullptr, wqStructuredErrorFunc);
+    xmlInitParser();
+    isInitialized = true;
+}
+
+void wq::startLibrary() {
+    static bool isStarted = false;
+    if (isStarted) return;
+    isStarted = true;
+    DefaultElementClass = &wq::Class::of<WQXMLElement>();
+    DefaultAttrClass = &wq::Class::of<WQXMLAttr>();
+    DefaultTextClass = &wq::Class::of<WQXMLText>();
+    DefaultNodeClass = &wq::Class::of<WQXMLNode>();
+    WQLibXMLInit();
+}
+
+bool setRegisterNode(bool value) { return std::exchange(gRegisterNode, value); }
+
+// ---- The hooks
+
+namespace {
+int64_t gLivingNodes = 0;
+
+void count([[maybe_unused]] int step) {
+#ifdef WQ_COUNT_OBJECTS
+    gLivingNodes += step;
+#endif
+}
+
+bool isDocument(xmlNodePtr node) { return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE; }
+
+const wq::Class* classForNode(xmlNodePtr node) {
+    switch (node->type) {
+        case XML_ELEMENT_NODE: return DefaultElementClass;
+        case XML_ATTRIBUTE_NODE: return DefaultAttrClass;
+        case XML_TEXT_NODE: return DefaultTextClass;
+        default: return DefaultNodeClass;
+    }
+}
+
+// After a failure inside a guarded call no code of the application runs until it has returned.
+bool isStopped() { return wq::GuardedCall::current && wq::GuardedCall::current->failed(); }
+
+void settlePendingCheck() {
+    if (isStopped())
+        gCheckNode = nullptr;
+    else
+        checkNode();
+}
+
+// Attributes, and the text of their values, come while their element's callback still runs.
+bool belongsToStartElement(xmlNodePtr node) {
+    return wq::gInStartElement && (node->type == XML_ATTRIBUTE_NODE || node->type == XML_TEXT_NODE);
+}
+
+// A `_private` that is no wrapper, and is left alone.
+void* const kNoWrapper = reinterpret_cast<void*>(0x22);
+}  // namespace
+
+int64_t wq::numberOfLivingNodes() noexcept { return gLivingNodes; }
+
+void checkNode() {
+    xmlNodePtr node = std::exchange(gCheckNode, nullptr);
+    if (!node || !node->doc || !node->doc->_private) return;
+    static_cast<WQXMLDocument*>(node->doc->_private)->fixElementClass(node);
+}
+
+void xmlRegisterNode(xmlNodePtr node) {
+    count(+1);
+    wq::keepFailure([&] {
+        if (!belongsToStartElement(node)) settlePendingCheck();
+        if (!gRegisterNode || isDocument(node) || isStopped()) return;
+        if (WQXMLNode* made = wq::Binding::makeWrapper(classForNode(node), node)) {
+            node->_private = made;
+            wq::Binding::setHoldsTreeReference(made, true);
+        }
+        if (node->type == XML_ELEMENT_NODE) gCheckNode = node;
+    });
+}
+
+void xmlDeregisterNode(xmlNodePtr node) {
+    count(-1);
+    wq::keepFailure([&] {
+        wq::keepFailure(settlePendingCheck);  // the rest must not be left out
+        if (isDocument(node) || !node->_private || node->_private == kNoWrapper) return;
+        wq::Binding::attach(node);  // it may have been freed while it was listed as detached
+        WQXMLNode* bound = wq::wrapper(node);
+        node->_private = nullptr;
+        bound->setXMLNode(nullptr);
+        if (!wq::Binding::holdsTreeReference(bound)) return;
+        wq::Binding::setHoldsTreeReference(bound, false);
+        bound->release();
+    });
+}
+
+// ---- Errors
+
+namespace {
+// A message stands where a format is expected, without arguments to it.
+NSString formattedWithoutArguments(const NSString& format) {
+    std::u16string result;
+    const std::u16string_view rest = format;
+    for (size_t i = 0; i < rest.size(); ++i) {
+        const char16_t directive = rest[i] == u'%' && i + 1 < rest.size() ? rest[i + 1] : u'\0';
+        if (directive == u'%')
+            result += u'%', ++i;
+        else if (directive == u'@')
+            result += wq::nullText, ++i;
+        else
+            result += rest[i];
+    }
+    return result;
+}
+
+// The domains whose errors name a parser as their context.
+bool comesFromParser(int domain) {
+    return domain == XML_FROM_PARSER || domain == XML_FROM_NAMESPACE || domain == XML_FROM_HTML || domain == XML_FROM_DTD ||
+           domain == XML_FROM_IO;
+}
+}  // namespace
+
+void wqStructuredErrorFunc(void*, xmlErrorPtr error) {
+    const WQXMLException failure(u"XML Exception", formattedWithoutArguments(wq::fromUTF8(error->message)));
+    wq::GuardedCall* call = wq::GuardedCall::current;
+    if (!call) throw failure;
+    call->keep(std::make_exception_ptr(failure));
+    if (error->ctxt && comesFromParser(error->domain)) xmlStopParser(static_cast<xmlParserCtxtPtr>(error->ctxt));
+}
+
+void printIDHashEntry(void*, void*, const unsigned char*) {}

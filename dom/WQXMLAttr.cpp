@@ -1,0 +1,11 @@
+#include "dom/WQXMLAttr.h"
+
+#include "dom/Binding.h"
+
+NSString WQXMLAttr::value() const {
+    if (!xmlNode()) return nullptr;
+    const xmlNsPtr ns = xmlNode()->ns;
+    return wq::takeString(xmlGetNsProp(xmlNode()->parent, xmlNode()->name, ns ? ns->href : nullptr));
+}
+
+Ref<WQXMLElement> WQXMLAttr::ownerElement() const { return wq::cast<WQXMLElement>(parentNode()); }

@@ -1,0 +1,45 @@
+#include "dom/WQXMLMutationEvent.h"
+
+namespace {
+Ref<WQXMLMutationEvent> mutation(int32_t eventID, const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode) {
+    auto event = WQXMLMutationEvent::newEvent();
+    event->setTarget(target);
+    event->setEventID(eventID);
+    event->setCanBubble(true);
+    event->setRelatedNode(relatedNode);
+    return event;
+}
+}  // namespace
+
+Ref<WQXMLMutationEvent> WQXMLMutationEvent::newEvent() { return wq::make<WQXMLMutationEvent>(&WQXMLMutationEvent::init); }
+
+Ref<WQXMLMutationEvent> WQXMLMutationEvent::attrModifiedEventWithTarget_attrName_attrChange_prevValue_newValue_relatedNode(
+    const Ref<WQXMLNode>& target,
+    const NSString& attrName,
+    int32_t attrChange,
+    const NSString& prevValue,
+    const NSString& newValue,
+    const Ref<WQXMLNode>& relatedNode) {
+    auto event = mutation(1, target, relatedNode);
+    event->setAttrName(attrName);
+    event->setAttrChange(attrChange);
+    event->setPrevValue(prevValue);
+    event->setNewValue(newValue);
+    return event;
+}
+
+Ref<WQXMLMutationEvent> WQXMLMutationEvent::nodeInsertedEventWithTarget_relatedNode(
+    const Ref<WQXMLNode>& target,
+    const Ref<WQXMLNode>& relatedNode) {
+    return mutation(4, target, relatedNode);
+}
+
+Ref<WQXMLMutationEvent> WQXMLMutationEvent::nodeRemovedEventWithTarget_relatedNode(
+    const Ref<WQXMLNode>& target,
+    const Ref<WQXMLNode>& relatedNode) {
+    return mutation(8, target, relatedNode);
+}
+
+Ref<WQXMLMutationEvent> WQXMLMutationEvent::subtreeModifiedEventWithTarget(const Ref<WQXMLNode>& target) {
+    return mutation(16, target, nullptr);
+}

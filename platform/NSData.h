@@ -1,0 +1,36 @@
+// Counted bytes.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Object.h"
+
+class NSError;
+class NSURL;
+
+class NSData : public wq::Object {
+public:
+    // Takes the bytes over or copies them.
+    static Ref<NSData> dataWithBytes(std::string bytes);
+
+    // Reads a whole resource: file, http and https, and no other protocol. Null, and the error set
+    // if one is given, when it cannot be read; an empty resource is empty data, not null. A
+    // folder is an error, and so is a URL without scheme. Null URL: null, with an error.
+    static Ref<NSData> dataWithContentsOfURL_error(const Ref<NSURL>& url, Ref<NSError>* error);
+
+    // How many bytes such a read accepts: 2^31 - 1, the size of the largest document, unless an
+    // application sets another limit. A larger resource is an error. Returns the limit that was in place.
+    static uint64_t setSizeLimit(uint64_t bytes);
+
+    // The bytes, valid as long as this object and until the next append. Null: empty.
+    std::string_view view() const { return bytes; }
+    size_t length() const { return bytes.size(); }
+
+    void append(std::string_view more) {
+        if (!isNil()) bytes += more;
+    }
+
+private:
+    std::string bytes;
+};

@@ -1,0 +1,27 @@
+// Why an operation that reports through an error argument failed.
+//
+// Such an argument is a `Ref<NSError>*`; null means that the caller does not want to know.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Object.h"
+
+class NSError : public wq::Object {
+public:
+    static Ref<NSError> errorWithDomain_code_description(const NSString& domain, int64_t code, const NSString& description);
+
+    const NSString& domain() const { return my.domain; }                              // whose numbers: "NSPOSIXErrorDomain" or "libcurl"
+    int64_t code() const { return my.code; }                                          // errno, or CURLcode
+    const NSString& localizedDescription() const { return my.localizedDescription; }  // one line
+    NSString description() const override;
+
+private:
+    struct {
+        NSString domain;
+        int64_t code = 0;
+        NSString localizedDescription;
+    } my;
+};
+
+inline constexpr const char16_t* NSPOSIXErrorDomain = u"NSPOSIXErrorDomain";

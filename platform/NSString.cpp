@@ -1,0 +1,75 @@
+#include "platform/NSString.h"
+
+#include <fmt/format.h>
+#include <unicode/ustring.h>
+
+#include <cstring>
+#include <ostream>
+
+#include "platform/WQXMLException.h"
+
+namespace {
+constexpr UChar32 kReplacement = 0xFFFD;
+
+// ICU counts in 32 bits: three bytes for a unit must fit.
+int32_t lengthForICU(size_t length) {
+    if (length > INT32_MAX / 3) throw WQXMLException(u"NSInvalidArgumentException", u"String too long to be converted");
+    return static_cast<int32_t>(length);
+}
+}  // namespace
+
+void NSString::checkRange(NSRange range) const {
+    if (range.location <= text.size() && range.length <= text.size() - range.location) return;
+    throw WQXMLException(
+        u"NSRangeException",
+        wq::fromUTF8(fmt::format("Range {{{}, {}}} out of bounds; string length {}", range.location, range.length, text.size())));
+}
+
+NSString NSString::substringWithRange(NSRange range) const {
+    if (!present) return nullptr;
+    checkRange(range);
+    return text.substr(range.location, range.length);
+}
+
+NSString NSString::stringByReplacingCharactersInRange_withString(NSRange range, std::u16string_view string) const {
+    if (!present) return nullptr;
+    checkRange(range);
+    std::u16string result = text;
+    return result.replace(range.location, range.length, string);
+}
+
+void PrintTo(const NSString& string, std::ostream* out) {
+    if (!string)
+        *out << "null";
+    else
+        *out << '"' << wq::toUTF8(string) << '"';
+}
+
+namespace wq {
+
+NSString fromUTF8(const char* bytes) { return bytes ? fromUTF8(std::string_view(bytes)) : NSString(); }
+NSString fromUTF8(const unsigned char* bytes) { return fromUTF8(reinterpret_cast<const char*>(bytes)); }
+
+NSString fromUTF8(std::string_view bytes) {
+    const int32_t size = lengthForICU(bytes.size());
+    std::u16string units(bytes.size(), u'\0');
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(units.data(), size, &length, bytes.data(), size, kReplacement, nullptr, &status);
+    units.resize(static_cast<size_t>(length));
+    return units;
+}
+
+std::string toUTF8(std::u16string_view units) {
+    const int32_t size = lengthForICU(units.size());
+    std::string bytes(units.size() * 3, '\0');
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strToUTF8WithSub(bytes.data(), size * 3, &length, units.data(), size, kReplacement, nullptr, &status);
+    bytes.resize(static_cast<size_t>(length));
+    return bytes;
+}
+
+NSString printed(const NSString& string) { return string ? string : nullText; }
+
+}  // namespace wq

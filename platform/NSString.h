@@ -1,0 +1,73 @@
+// A string of UTF-16 units that can be null, and the two crossings to UTF-8.
+//
+// Null differs from empty everywhere: in ==, in a condition, in print. Queries on null answer 0 and
+// an empty view. All indices and lengths count UTF-16 units, so a character beyond the Basic
+// Multilingual Plane counts two.
+#pragma once
+
+#include <compare>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include "platform/NSRange.h"
+
+class NSString {
+public:
+    NSString() = default;  // null
+    NSString(std::nullptr_t) {}
+    NSString(const char16_t* literal) : present(literal != nullptr) {
+        if (literal) text = literal;
+    }
+    NSString(std::u16string units) : text(std::move(units)), present(true) {}
+    NSString(std::u16string_view units) : text(units), present(true) {}
+
+    explicit operator bool() const noexcept { return present; }
+    size_t length() const noexcept { return text.size(); }
+    std::u16string_view view() const noexcept { return text; }  // valid as long as this string is
+    operator std::u16string_view() const noexcept { return text; }
+
+    // Both raise "NSRangeException" for a range that reaches past the end. Null answers null.
+    NSString substringWithRange(NSRange range) const;
+    NSString stringByReplacingCharactersInRange_withString(NSRange range, std::u16string_view string) const;
+
+    NSString& operator+=(std::u16string_view more) {
+        text += more;
+        present = true;
+        return *this;
+    }
+    friend NSString operator+(NSString left, std::u16string_view right) { return std::move(left += right); }
+    bool operator==(const NSString&) const = default;
+    bool operator==(const char16_t* literal) const { return literal ? present && text == literal : !present; }
+    // Unit by unit; null comes first.
+    std::strong_ordering operator<=>(const NSString& other) const {
+        if (present != other.present) return present <=> other.present;
+        return text <=> other.text;
+    }
+
+private:
+    void checkRange(NSRange range) const;
+    std::u16string text;
+    bool present = false;
+};
+
+void PrintTo(const NSString& string, std::ostream* out);  // GoogleTest: "p", or null
+
+namespace wq {
+// Ill-formed bytes become U+FFFD, one for each maximal part that cannot be read. A NUL byte passes
+// in the second form. The first two answer null for null.
+NSString fromUTF8(const char* bytes);
+NSString fromUTF8(const unsigned char* bytes);
+NSString fromUTF8(std::string_view bytes);
+// Lone surrogates become U+FFFD. Null gives no bytes.
+std::string toUTF8(std::u16string_view units);
+
+// What a null object or string prints as within a text: "(null)".
+inline constexpr const char16_t* nullText = u"(null)";
+// The string, or nullText for null.
+NSString printed(const NSString& string);
+
+inline namespace literals {
+inline NSString operator""_ns(const char16_t* units, size_t length) { return std::u16string_view(units, length); }
+}  // namespace literals
+}  // namespace wq

@@ -1,0 +1,188 @@
+// Counted objects, the reference that holds them, the class as a value, and the null object.
+//
+// Everything here belongs to one thread: counts are plain integers. This header knows no class
+// above it. A class takes part by deriving from wq::Object; if an object without data would answer
+// wrongly for null, it also names its null object (see Object::Nil).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "platform/NSString.h"
+
+namespace wq {
+
+class Object;
+template <class T> class Ref;
+
+// A class as a value: what a map of element classes names, and what a copy is made of.
+// There is one descriptor for each class, made by its first use and never destroyed; compare
+// descriptors by address.
+class Class {
+public:
+    template <class T> static const Class& of();
+    // The class that `object` was made with; null for an object that no Class made.
+    static const Class* of(const Object& object);
+
+    // A new object that is not yet initialised. Its count is 1 and belongs to the caller.
+    Object* make() const;
+
+private:
+    using Maker = Object* (*)();
+    explicit Class(Maker newObject);
+    Maker maker;
+    uint16_t index;
+};
+
+// Base of every class of the object layer.
+class Object {
+public:
+    Object() noexcept { objectIsBorn(); }
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    void retain() noexcept { ++count; }
+
+    // Gives one count up. The last one tears the object down, which may raise (see
+    // dom/WQXMLNode.h); an object whose teardown raises may live on.
+    void release() {
+        if (--count == 0 && !(flags & kDying)) teardown();
+    }
+
+    // As release, for destructors: what teardown raises ends the process.
+    void drop() noexcept { release(); }
+
+    // True for the one object that stands behind every null Ref of a class.
+    bool isNil() const noexcept { return flags & kNil; }
+    int32_t referenceCount() const noexcept { return count; }
+
+    // "<ClassName: 0x...>". Null: null, which prints as "(null)".
+    virtual NSString description() const;
+
+    // The class of the null object. A class whose null object needs no override says nothing; one
+    // that needs some has `template <class T> using Nil = NilThing<T>;`, inherited by subclasses.
+    template <class T> using Nil = T;
+
+protected:
+    virtual ~Object() { objectDies(); }
+    virtual void teardown() { delete this; }
+
+    enum Flag : uint8_t { kNil = 1, kDying = 2 };  // bits from 16 up are free for derived classes
+    int32_t count = 0;
+    uint16_t classIndex = 0;
+    uint8_t flags = 0;
+
+private:
+    friend class Class;
+    template <class T> friend T* nil();
+
+#ifdef WQ_COUNT_OBJECTS
+    static inline int64_t living = 0;
+    static void objectIsBorn() noexcept { ++living; }
+    static void objectDies() noexcept { --living; }
+    static void objectIsImmortal() noexcept { --living; }
+
+public:
+    // How many counted objects live, the null objects left out. In test builds only.
+    static int64_t numberOfLivingObjects() noexcept { return living; }
+#else
+    static void objectIsBorn() noexcept {}
+    static void objectDies() noexcept {}
+    static void objectIsImmortal() noexcept {}
+#endif
+};
+
+// The null object of T: one instance, made by the first use and never destroyed. T must have a
+// default constructor and must not be final.
+template <class T> [[gnu::cold, gnu::noinline]] T* nil() {
+    using Instance = typename T::template Nil<T>;
+    static T* const instance = [] {
+        alignas(Instance) static unsigned char storage[sizeof(Instance)];
+        T* object = ::new (static_cast<void*>(storage)) Instance;
+        object->flags |= Object::kNil;
+        Object::objectIsImmortal();
+        return object;
+    }();
+    return instance;
+}
+
+// A counted reference, one pointer wide. `->` on null reaches the null object of T, so a chain of
+// queries needs no test on the way; `get`, `==` and a condition see null. The null object never
+// gets into a Ref: a Ref made from its address is null.
+template <class T> class Ref {
+public:
+    Ref() noexcept = default;
+    Ref(std::nullptr_t) noexcept {}
+    explicit Ref(T* target) noexcept : object(target && !target->isNil() ? target : nullptr) {
+        if (object) object->retain();
+    }
+    Ref(const Ref& other) noexcept : object(other.object) {
+        if (object) object->retain();
+    }
+    Ref(Ref&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+    template <class U>
+    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
+    noexcept : object(other.get()) {
+        if (object) object->retain();
+    }
+    template <class U>
+    requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
+    noexcept : object(other.leak()) {}
+    ~Ref() {
+        if (object) object->drop();
+    }
+    Ref& operator=(Ref other) noexcept {
+        std::swap(object, other.object);
+        return *this;
+    }
+
+    // Takes over a count that the caller holds.
+    static Ref adopt(T* owned) noexcept {
+        Ref result;
+        result.object = owned;
+        return result;
+    }
+    // Hands the count on to the caller, and is null afterwards.
+    T* leak() noexcept { return std::exchange(object, nullptr); }
+    // Lets go. The way to do it where teardown may raise.
+    void reset() {
+        if (T* old = leak()) old->release();
+    }
+
+    T* get() const noexcept { return object; }
+    T* operator->() const { return object ? object : nil<T>(); }
+    explicit operator bool() const noexcept { return object; }
+    template <class U> bool operator==(const Ref<U>& other) const noexcept { return object == other.get(); }
+    bool operator==(const Object* other) const noexcept { return object == other; }
+    bool operator==(std::nullptr_t) const noexcept { return !object; }
+
+private:
+    T* object = nullptr;
+};
+static_assert(sizeof(Ref<Object>) == sizeof(void*));
+
+// The reference seen as one to a derived class; null if the object is not of that class.
+template <class T, class U> Ref<T> cast(const Ref<U>& object) { return Ref<T>(dynamic_cast<T*>(object.get())); }
+
+// make<T>(&T::initWithName, name): a new object of class T, initialised; null if the initialiser
+// answers false. The second form takes the class at run time ("of the receiver's class"), which
+// must be T or derived from it.
+template <class T, class B, class... P, class... A> Ref<T> make(const Class& made, bool (B::*init)(P...), A&&... arguments) {
+    auto result = Ref<T>::adopt(static_cast<T*>(made.make()));
+    return (result.get()->*init)(std::forward<A>(arguments)...) ? result : nullptr;
+}
+template <class T, class B, class... P, class... A> Ref<T> make(bool (B::*init)(P...), A&&... arguments) {
+    return make<T>(Class::of<T>(), init, std::forward<A>(arguments)...);
+}
+
+template <class T> const Class& Class::of() {
+    static const Class instance([]() -> Object* { return new T; });
+    return instance;
+}
+
+}  // namespace wq
+
+using wq::Ref;
