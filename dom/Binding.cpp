@@ -29,9 +29,16 @@ NSString takeString(xmlChar* bytes) {
 
 namespace {
 
-WQXMLDocument* documentOf(xmlNodePtr node) { return node->doc ? static_cast<WQXMLDocument*>(node->doc->_private) : nullptr; }
+// The wrapper of a document that this library made; null for one of the application's own, whatever
+// it keeps in `_private`. The field beside it is as unused as that of nodes.
+WQXMLDocument* wrapperOf(xmlDocPtr doc) {
+    return doc && doc->psvi && doc->psvi == doc->_private ? static_cast<WQXMLDocument*>(doc->_private) : nullptr;
+}
 
-bool isLinked(xmlNodePtr node) { return node->parent || node->prev || node->next; }
+WQXMLDocument* documentOf(xmlNodePtr node) { return wrapperOf(node->doc); }
+
+// A document knows its DTDs by other links as well.
+bool isLinked(xmlNodePtr node) { return node->parent || node->prev || node->next || node->type == XML_DTD_NODE; }
 
 // Calls `visit` for the root and all below it, in document order, without recursion. The children
 // of an entity reference belong to the declaration.
@@ -83,9 +90,11 @@ private:
 // ---- New nodes
 
 namespace {
-// Lets a wrapper under construction go without touching the node that it was offered.
+// Lets a wrapper that was offered a node go without it.
 struct Unbind {
+    xmlNodePtr node;
     void operator()(WQXMLNode* made) const {
+        Binding::leaveNamespaces(made, node, wrapper(node));
         made->setXMLNode(nullptr);
         made->release();
     }
@@ -111,29 +120,42 @@ bool Binding::bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node) {
     return true;
 }
 
+void Binding::bindDocument(WQXMLDocument* document, xmlDocPtr doc) { doc->_private = doc->psvi = document; }
+
 WQXMLNode* Binding::makeWrapper(const Class* aClass, xmlNodePtr node) {
     if (!aClass) return nullptr;
     auto object = Ref<Object>::adopt(aClass->make());
     if (!dynamic_cast<WQXMLNode*>(object.get())) return nullptr;
-    std::unique_ptr<WQXMLNode, Unbind> made(static_cast<WQXMLNode*>(object.leak()));
+    std::unique_ptr<WQXMLNode, Unbind> made(static_cast<WQXMLNode*>(object.leak()), Unbind{node});
     return made->initWithXMLNode(node) ? made.release() : nullptr;
 }
 
 void Binding::replaceWrapper(xmlNodePtr node, WQXMLNode* replacement) {
     WQXMLNode* present = wrapper(node);
     setHoldsTreeReference(replacement, true);
-    if (present->my.rare) {  // the node goes on using its namespaces
-        auto& rare = *present->my.rare;
-        auto& borrowed = borrowedNamespaces(replacement);
-        for (auto* list : {&rare.borrowed, &rare.ownedNamespaces})
-            borrowed.insert(borrowed.end(), list->begin(), list->end()), list->clear();
-        if (rare.ownedNs) borrowed.push_back(std::exchange(rare.ownedNs, nullptr));
-    }
+    leaveNamespaces(present, node, replacement);
     node->_private = replacement;
     present->setXMLNode(nullptr);
     if (!holdsTreeReference(present)) return;
     setHoldsTreeReference(present, false);
     present->release();
+}
+
+void Binding::leaveNamespaces(WQXMLNode* leaving, xmlNodePtr node, WQXMLNode* staying) {
+    if (!leaving->my.rare) return;
+    std::vector<xmlNsPtr> left;
+    leaving->my.rare->forEach([&](xmlNsPtr ns) { left.push_back(ns); });
+    leaving->my.rare->ownedNs = nullptr;
+    leaving->my.rare->ownedNamespaces.clear();
+    leaving->my.rare->borrowed.clear();
+    if (staying) {
+        auto& borrowed = borrowedNamespaces(staying);
+        borrowed.insert(borrowed.end(), left.begin(), left.end());
+    } else if (node->type == XML_ELEMENT_NODE) {
+        for (xmlNsPtr ns : left) ns->next = std::exchange(node->nsDef, ns);
+    } else {
+        for (xmlNsPtr ns : left) xmlFreeNs(ns);  // only elements are given any
+    }
 }
 
 Ref<WQXMLNode> Binding::adoptNewNode(xmlNodePtr node) {
@@ -151,6 +173,7 @@ void Binding::setHoldsTreeReference(WQXMLNode* wrapper, bool holds) {
 
 void Binding::takeTreeReference(WQXMLNode* wrapper) {
     if (holdsTreeReference(wrapper)) return;
+    attach(wrapper->my.impl);
     setHoldsTreeReference(wrapper, true);
     wrapper->retain();
 }
@@ -158,42 +181,37 @@ void Binding::takeTreeReference(WQXMLNode* wrapper) {
 // ---- Detached nodes: an unlinked node may outlive the document that it names
 
 namespace {
-// Where a node keeps its place in the list, counted from 1: in a field that only libxml2's schema
-// validation uses. Null for nodes without that field.
-void** placeOf(xmlNodePtr node) {
-    if (xmlAttrPtr attribute = asAttribute(node)) return &attribute->psvi;
-    return node->type == XML_DTD_NODE ? nullptr : &node->psvi;
+// A field of the node that only libxml2's schema validation uses holds its record. A DTD has no such
+// field: its wrapper keeps the record.
+DetachedNode* recordOf(xmlNodePtr node) {
+    if (xmlAttrPtr attribute = asAttribute(node)) return static_cast<DetachedNode*>(attribute->psvi);
+    return node->type == XML_DTD_NODE ? Binding::recordOfDTD(wrapper(node)) : static_cast<DetachedNode*>(node->psvi);
 }
 
-std::vector<xmlNodePtr>::iterator findDetached(std::vector<xmlNodePtr>& detached, xmlNodePtr node) {
-    void** place = placeOf(node);
-    if (!place) return std::find(detached.begin(), detached.end(), node);
-    const auto number = reinterpret_cast<size_t>(*place);
-    return number ? detached.begin() + static_cast<std::ptrdiff_t>(number - 1) : detached.end();
+void setRecord(xmlNodePtr node, DetachedNode* record) {
+    if (xmlAttrPtr attribute = asAttribute(node))
+        attribute->psvi = record;
+    else if (node->type == XML_DTD_NODE)
+        Binding::recordOfDTD(wrapper(node)) = record;
+    else
+        node->psvi = record;
 }
-
 }  // namespace
 
-void Binding::attach(xmlNodePtr node) {
-    WQXMLDocument* document = documentOf(node);
-    if (!document) return;
-    auto& detached = document->detachedRoots();
-    auto found = findDetached(detached, node);
-    if (found == detached.end()) return;
-    xmlNodePtr last = detached.back();
-    *found = last;
-    if (void** place = placeOf(last)) *place = reinterpret_cast<void*>(found - detached.begin() + 1);
-    if (void** place = placeOf(node)) *place = nullptr;
-    detached.pop_back();
-}
+DetachedNode*& Binding::recordOfDTD(WQXMLNode* dtd) { return dtd->makeRare().detached; }
 
 void Binding::detach(xmlNodePtr node) {
     WQXMLDocument* document = documentOf(node);
     if (!document) return;
-    auto& detached = document->detachedRoots();
-    if (findDetached(detached, node) != detached.end()) return;
-    detached.push_back(node);
-    if (void** place = placeOf(node)) *place = reinterpret_cast<void*>(detached.size());
+    attach(node);  // libxml2 itself may have moved it here from another document
+    setRecord(node, new DetachedNode(node, document->detachedNodes()));
+}
+
+void Binding::attach(xmlNodePtr node) {
+    DetachedNode* record = recordOf(node);
+    if (!record) return;
+    setRecord(node, nullptr);
+    delete record;
 }
 
 // ---- Namespaces
@@ -225,7 +243,6 @@ public:
 
     void run() {
         if (xmlAttrPtr attribute = asAttribute(root)) return localise(attribute->ns);
-        if (root->type != XML_ELEMENT_NODE) return;
         forEachNode(root, [this](xmlNodePtr node) {
             if (node->type != XML_ELEMENT_NODE) return;
             noteOwn(node);
@@ -285,11 +302,11 @@ std::unordered_set<xmlNsPtr> namespacesInUse(xmlNodePtr root) {
 void Binding::reconcileNamespaces(WQXMLNode* wrapper) {
     xmlNodePtr node = wrapper->my.impl;
     if (!node || !node->doc || node->type != XML_ELEMENT_NODE) return;
-    if (!node->ns && !node->properties && !node->children) return;  // nothing to reconcile
-    if (xmlReconciliateNs(node->doc, node) == -1) return;
-
     WQXMLNode::Rare* rare = wrapper->my.rare;
-    if (!rare || (!rare->ownedNs && rare->borrowed.empty())) return;
+    const bool ownsSome = rare && (rare->ownedNs || !rare->borrowed.empty());
+    if (!ownsSome && !node->ns && !node->properties && !node->children) return;  // nothing to reconcile
+    if (xmlReconciliateNs(node->doc, node) == -1 || !ownsSome) return;
+
     // What a descendant found by its search upwards stays for as long as it is in use.
     if (rare->ownedNs) rare->borrowed.push_back(std::exchange(rare->ownedNs, nullptr));
     const auto used = namespacesInUse(node);
@@ -346,8 +363,10 @@ void forgetDeclarations(xmlNodePtr dtd) {
     };
     if (!dtd->doc) return;
     forgetBelow(reinterpret_cast<xmlNodePtr>(dtd->doc));
-    if (WQXMLDocument* document = documentOf(dtd))
-        for (xmlNodePtr root : document->detachedRoots()) forgetBelow(root);
+    WQXMLDocument* document = documentOf(dtd);
+    if (!document) return;
+    const DetachedNode& list = document->detachedNodes();
+    for (const DetachedNode* record = list.next; record != &list; record = record->next) forgetBelow(record->node);
 }
 
 void unlinkFromLists(xmlNodePtr node) {
@@ -400,6 +419,11 @@ void linkBetween(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr previous, xmlNo
 
 bool isDocumentNode(xmlNodePtr node) { return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE; }
 
+bool hasOtherDTD(xmlNodePtr document, xmlNodePtr dtd) {
+    const auto* present = reinterpret_cast<xmlNodePtr>(reinterpret_cast<xmlDocPtr>(document)->intSubset);
+    return present && present != dtd;
+}
+
 }  // namespace
 
 bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference) {
@@ -409,9 +433,9 @@ bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference)
     }
     if (!parent) return child->type != XML_ATTRIBUTE_NODE && child->type != XML_DTD_NODE;
     if (asAttribute(child)) return parent->type == XML_ELEMENT_NODE;
-    if (child->type == XML_DTD_NODE) return isDocumentNode(parent);
-    if (parent->type == XML_ATTRIBUTE_NODE) return child->type != XML_ELEMENT_NODE;
-    return parent->type != XML_ENTITY_REF_NODE;
+    if (child->type == XML_DTD_NODE) return isDocumentNode(parent) && !hasOtherDTD(parent, child);
+    if (asAttribute(parent)) return child->type != XML_ELEMENT_NODE;
+    return parent->type == XML_ELEMENT_NODE || isDocumentNode(parent);
 }
 
 void Binding::linkAhead(WQXMLNode* child, xmlNodePtr reference) {
@@ -484,17 +508,20 @@ void Binding::freeNode(WQXMLNode* wrapper) {
     xmlFreeNode(node);
 }
 
-void Binding::freeDocument(WQXMLDocument* document, xmlDocPtr doc) {
-    keepFailure(checkNode);
-    doc->_private = nullptr;
-    for (xmlNodePtr root : std::exchange(document->detachedRoots(), {})) {
-        if (void** place = placeOf(root)) *place = nullptr;
+void Binding::letDetachedNodesGo(xmlDocPtr doc) {
+    WQXMLDocument* document = wrapperOf(doc);
+    if (!document) return;
+    doc->_private = doc->psvi = nullptr;
+    const DetachedNode& list = document->detachedNodes();
+    while (list.next != &list) {
+        xmlNodePtr root = list.next->node;
+        attach(root);
+        if (root->doc != doc || root->parent) continue;  // libxml2 itself has linked it
         WQXMLNode* bound = wrapper(root);
         localise(root);
         setDocument(root, nullptr);
         if (bound && holdsTreeReference(bound)) xmlFreeNode(root);  // nobody but the node holds the wrapper
     }
-    xmlFreeDoc(doc);
 }
 
 }  // namespace wq

@@ -19,6 +19,8 @@ class WQXMLElement;
 
 namespace wq {
 
+struct DetachedNode;
+
 // Runs the start-up and sets the default classes, once. Each operation through which a program can
 // first come to libxml2 calls it.
 void startLibrary();
@@ -93,6 +95,10 @@ bool keepFailure(auto&& work) {
     }
 }
 
+// Makes a parser build nothing more. It reads on to the end of its input: xmlStopParser would free
+// that under attribute values that the callback of their element still reads.
+void stopParser(void* context) noexcept;
+
 // True in the start-element callbacks of a parser: an element's class is not settled before all
 // its attributes are in place.
 extern bool gInStartElement;
@@ -103,10 +109,14 @@ struct Binding {
     // Binds a wrapper under construction to the node made for it. False if the wrapper refuses;
     // the node is freed then, and also if it raises.
     static bool bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node);
+    static void bindDocument(WQXMLDocument* document, xmlDocPtr doc);
     // Makes a wrapper of that class for a node. Null if it refuses. Not stored in the node yet.
     static WQXMLNode* makeWrapper(const Class* aClass, xmlNodePtr node);
     // Puts a new wrapper in the place of the present one, which dies for its node.
     static void replaceWrapper(xmlNodePtr node, WQXMLNode* replacement);
+    // A wrapper leaves a node that goes on using its namespaces: they go to the wrapper that stays, or
+    // to the element itself.
+    static void leaveNamespaces(WQXMLNode* leaving, xmlNodePtr node, WQXMLNode* staying);
     // A node that the hook has just wrapped becomes the caller's: its count, and the node with it.
     static Ref<WQXMLNode> adoptNewNode(xmlNodePtr node);
 
@@ -141,13 +151,15 @@ struct Binding {
     // ---- The end, within a guarded call of the caller
 
     static void freeNode(WQXMLNode* wrapper);
-    static void freeDocument(WQXMLDocument* document, xmlDocPtr doc);
+    // A document is about to be freed: its unlinked nodes name none from here on.
+    static void letDetachedNodesGo(xmlDocPtr doc);
 
     // ---- Detached nodes: each unlinked node that has an owner is listed with the document that it
     // names, since it may outlive that.
 
     static void detach(xmlNodePtr node);
     static void attach(xmlNodePtr node);  // linked again, moved to another document, or dying
+    static DetachedNode*& recordOfDTD(WQXMLNode* dtd);
 };
 
 // How many libxml2 nodes live, documents among them. Counted in test builds only.

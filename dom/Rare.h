@@ -10,12 +10,17 @@
 #include "dom/WQXMLEventListenerData.h"
 #include "dom/WQXMLNode.h"
 
+namespace wq {
+struct DetachedNode;
+}
+
 struct WQXMLNode::Rare {
     xmlNsPtr ownedNs = nullptr;             // made for the node's own name, in no nsDef list
     std::vector<xmlNsPtr> ownedNamespaces;  // made for attributes of an element
     std::vector<xmlNsPtr> borrowed;         // copies that nodes of an unlinked subtree point to
     std::optional<std::vector<Ref<WQXMLEventListenerData>>> listeners;
     std::optional<NSRange> range;
+    wq::DetachedNode* detached = nullptr;  // the record of an unlinked DTD
 
     Rare() = default;
     Rare(const Rare&) = delete;

@@ -80,10 +80,8 @@ void settlePendingCheck() {
         checkNode();
 }
 
-// Attributes, and the text of their values, come while their element's callback still runs.
-bool belongsToStartElement(xmlNodePtr node) {
-    return wq::gInStartElement && (node->type == XML_ATTRIBUTE_NODE || node->type == XML_TEXT_NODE);
-}
+// Attributes, and what their values are made of, come while their element's callback still runs.
+bool belongsToStartElement(xmlNodePtr node) { return wq::gInStartElement && node->type != XML_ELEMENT_NODE; }
 
 // A `_private` that is no wrapper, and is left alone.
 void* const kNoWrapper = reinterpret_cast<void*>(0x22);
@@ -114,7 +112,8 @@ void xmlDeregisterNode(xmlNodePtr node) {
     count(-1);
     wq::keepFailure([&] {
         wq::keepFailure(settlePendingCheck);  // the rest must not be left out
-        if (isDocument(node) || !node->_private || node->_private == kNoWrapper) return;
+        if (!node->_private || node->_private == kNoWrapper) return;
+        if (isDocument(node)) return wq::Binding::letDetachedNodesGo(reinterpret_cast<xmlDocPtr>(node));
         wq::Binding::attach(node);  // it may have been freed while it was listed as detached
         WQXMLNode* bound = wq::wrapper(node);
         node->_private = nullptr;
@@ -151,12 +150,18 @@ bool comesFromParser(int domain) {
 }
 }  // namespace
 
+void wq::stopParser(void* context) noexcept {
+    auto* parser = static_cast<xmlParserCtxtPtr>(context);
+    parser->wellFormed = 0;
+    parser->disableSAX = 1;
+}
+
 void wqStructuredErrorFunc(void*, xmlErrorPtr error) {
-    const WQXMLException failure(u"XML Exception", formattedWithoutArguments(wq::fromUTF8(error->message)));
+    const NSString reason = formattedWithoutArguments(wq::fromUTF8(error->message));
     wq::GuardedCall* call = wq::GuardedCall::current;
-    if (!call) throw failure;
-    call->keep(std::make_exception_ptr(failure));
-    if (error->ctxt && comesFromParser(error->domain)) xmlStopParser(static_cast<xmlParserCtxtPtr>(error->ctxt));
+    if (!call) throw WQXMLException(u"XML Exception", reason);
+    call->keep(std::make_exception_ptr(WQXMLException(u"XML Exception", reason)));
+    if (error->ctxt && comesFromParser(error->domain)) wq::stopParser(error->ctxt);
 }
 
 void printIDHashEntry(void*, void*, const unsigned char*) {}

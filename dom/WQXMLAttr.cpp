@@ -4,7 +4,7 @@
 
 NSString WQXMLAttr::value() const {
     if (!xmlNode()) return nullptr;
-    const xmlNsPtr ns = xmlNode()->ns;
+    const xmlNs* ns = xmlNode()->ns;
     return wq::takeString(xmlGetNsProp(xmlNode()->parent, xmlNode()->name, ns ? ns->href : nullptr));
 }
 

@@ -24,7 +24,7 @@ bool WQXMLDocument::init() {
 bool WQXMLDocument::initWithDocImpl(xmlDocPtr doc) {
     wq::startLibrary();
     my.docImpl = doc;
-    if (doc) doc->_private = this;
+    if (doc) Binding::bindDocument(this, doc);
     return doc;
 }
 
@@ -85,14 +85,14 @@ void settleOrStop(void* context) {
         gCheckNode = nullptr;
     else
         wq::keepFailure(checkNode);
-    if (wq::GuardedCall::current->failed()) xmlStopParser(static_cast<xmlParserCtxtPtr>(context));
+    if (wq::GuardedCall::current->failed()) wq::stopParser(context);
 }
 
 // The document wrapper can be reached from every node from here on.
 void mySAX2StartDocument(void* context) {
     oldStartDocument(context);
     auto* parser = static_cast<xmlParserCtxtPtr>(context);
-    if (parser->myDoc) parser->myDoc->_private = parser->_private;
+    if (parser->myDoc) Binding::bindDocument(static_cast<WQXMLDocument*>(parser->_private), parser->myDoc);
 }
 
 void mySAX2StartElement(void* context, const xmlChar* name, const xmlChar** attributes) {
@@ -158,12 +158,6 @@ xmlDocPtr parseXML(std::string_view bytes, bool skipWhitespace, void* wrapper) {
     return xmlSAXParseMemoryWithData(&sax, bytes.data(), static_cast<int>(bytes.size()), 0, wrapper);
 }
 
-// Whatever came back of a parse that failed: nothing reaches the wrapper that is never made.
-void freePartialDocument(xmlDocPtr doc) {
-    doc->_private = nullptr;
-    xmlFreeDoc(doc);
-}
-
 }  // namespace
 
 bool WQXMLDocument::initWithData_baseURL_arguments_error(
@@ -179,7 +173,7 @@ bool WQXMLDocument::initWithData_baseURL_arguments_error(
     xmlLoadExtDtdDefaultValue = XML_DETECT_IDS;  // the last parse may have been somebody else's
     const auto parse = arguments->containsKey(WQXMLDocumentParseAsHTMLKey) ? parseHTML : parseXML;
     const bool skipWhitespace = arguments->objectForKey(WQXMLDocumentSkipWhitespaceKey).boolean();
-    xmlDocPtr parsed = wq::guarded([&] { return parse(bytes, skipWhitespace, this); }, freePartialDocument);
+    xmlDocPtr parsed = wq::guarded([&] { return parse(bytes, skipWhitespace, this); }, xmlFreeDoc);
 
     if (!initWithDocImpl(parsed)) return false;
     setBaseURI(baseURL);
@@ -191,7 +185,7 @@ bool WQXMLDocument::initWithData_baseURL_arguments_error(
 void WQXMLDocument::teardown() {
     flags |= kDying;
     wq::GuardedCall guard;
-    if (my.docImpl) Binding::freeDocument(this, std::exchange(my.docImpl, nullptr));
+    if (my.docImpl) xmlFreeDoc(std::exchange(my.docImpl, nullptr));  // its nodes' wrappers go by the hook
     delete this;
     guard.raise();
 }

@@ -25,7 +25,6 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
 #include "dom/WQXMLElement.h"
 #include "dom/WQXMLText.h"
@@ -36,6 +35,26 @@
 
 struct _xmlDoc;
 
+namespace wq {
+// One unlinked node that names a document and may outlive it; a ring, with its head in the document.
+struct DetachedNode {
+    _xmlNode* node = nullptr;
+    DetachedNode* previous = this;
+    DetachedNode* next = this;
+
+    DetachedNode() = default;
+    DetachedNode(_xmlNode* detached, DetachedNode& head) : node(detached), previous(&head), next(head.next) {
+        previous->next = next->previous = this;
+    }
+    ~DetachedNode() {
+        previous->next = next;
+        next->previous = previous;
+    }
+    DetachedNode(const DetachedNode&) = delete;
+    DetachedNode& operator=(const DetachedNode&) = delete;
+};
+}  // namespace wq
+
 // Keys of the `arguments` of the constructors.
 inline constexpr const char16_t* WQXMLDocumentSkipWhitespaceKey = u"WQXMLDocumentSkipWhitespace";  // true: drop white space between tags
 inline constexpr const char16_t* WQXMLDocumentParseAsHTMLKey = u"WQXMLDocumentParseAsHTML";        // its presence counts, also of false
@@ -44,6 +63,8 @@ inline constexpr const char16_t* DefaultElementClassesKey = u"DefaultElementClas
 // Keys of the map of element classes.
 inline constexpr const char16_t* DefaultNamespaceKey = u"DefaultNamespace";
 inline constexpr const char16_t* DefaultElementKey = u"DefaultElement";
+
+template <class T> class NilDocument;
 
 class WQXMLDocument : public WQXMLNode {
 public:
@@ -108,12 +129,14 @@ public:
     // The class map of documents whose arguments give none; null here.
     virtual Ref<NSDictionary> defaultNodeClasses() const { return nullptr; }
 
+    template <class T> using Nil = NilDocument<T>;
+
     // ---- For dom only
 
     bool initWithDocImpl(_xmlDoc* doc);  // takes the document over, without a class map
     _xmlDoc* xmlDoc() const noexcept { return my.docImpl; }
     void fixElementClass(_xmlNode* node);
-    std::vector<_xmlNode*>& detachedRoots() noexcept { return bookkeeping.detachedRoots; }
+    wq::DetachedNode& detachedNodes() noexcept { return bookkeeping.detachedNodes; }
 
 protected:
     _xmlNode* linkTarget() const noexcept override { return reinterpret_cast<_xmlNode*>(my.docImpl); }
@@ -132,6 +155,16 @@ private:
     using ClassesByName = std::map<std::string, const wq::Class*, std::less<>>;
     struct {
         std::map<std::string, ClassesByName, std::less<>> classTable;  // elementClasses, with keys as libxml2 has them
-        std::vector<_xmlNode*> detachedRoots;                          // unlinked nodes that name this document and may outlive it
+        wq::DetachedNode detachedNodes;                                // the head of the list
     } bookkeeping;
+};
+
+template <class T> class NilDocument : public NilNode<T> {
+public:
+    bool init() override { return false; }
+    bool initWithArguments(const Ref<NSDictionary>&) override { return false; }
+    bool initWithContentsOfURL_arguments_error(const Ref<NSURL>&, const Ref<NSDictionary>&, Ref<NSError>*) override { return false; }
+    bool initWithData_baseURL_arguments_error(const Ref<NSData>&, const Ref<NSURL>&, const Ref<NSDictionary>&, Ref<NSError>*) override {
+        return false;
+    }
 };

@@ -23,7 +23,7 @@ xmlNodePtr newUnregisteredElement(const NSString& name) {
     wq::GuardedCall guard;
     xmlNodePtr node = xmlNewNode(nullptr, bytes);
     setRegisterNode(previous);
-    if (guard.failed()) xmlFreeNode(node);
+    if (guard.failed()) xmlFreeNode(node);  // it has no wrapper
     guard.raise();
     return node;
 }
@@ -155,7 +155,7 @@ Ref<WQXMLNode> WQXMLElement::splitAtIndex_intoNode(uint64_t index, const Ref<WQX
     return node;
 }
 
-Ref<WQXMLNode> WQXMLElement::splitAtIndex(uint64_t index) { return splitAtIndex_intoNode(index, copy()); }
+Ref<WQXMLNode> WQXMLElement::splitAtIndex(uint64_t index) { return xmlNode() ? splitAtIndex_intoNode(index, copy()) : nullptr; }
 
 void WQXMLElement::mergeWithNode(const Ref<WQXMLNode>& merged) {
     const Ref<WQXMLNode> receiver = self(), node = merged;

@@ -28,7 +28,7 @@ constexpr bool kSlab = !__has_feature(address_sanitizer);
 #else
 constexpr bool kSlab = true;
 #endif
-constexpr size_t kUnit = 16, kLargest = 64, kBlock = 64 * 1024;
+constexpr size_t kUnit = 16, kLargest = 64, kBlock = size_t{64} * 1024;
 
 struct FreeCell {
     FreeCell* next;
@@ -66,14 +66,17 @@ WQXMLNode::~WQXMLNode() { delete my.rare; }
 // ---- The end of a wrapper
 
 // The last count of a linked node goes: only a node that was linked by libxml2 itself can get here.
-// While the handler runs the tree has the count that it lacked, so that one that raises leaves
-// everything sound. After one that returns the node goes all the same.
+// While the handler runs the tree has the count that it lacked, and one more keeps the wrapper whole,
+// so that a handler that raises leaves everything sound. After one that returns the node goes all the
+// same, unless the handler has taken it out of its tree or taken a reference.
 void WQXMLNode::teardown() {
     if (my.impl && my.impl->parent) {
         Binding::takeTreeReference(this);
+        Ref<WQXMLNode> kept(this);
         WQ_ASSERT(false, u"Freeing a node still held by the document");
-        if (count > 1) return;  // the handler took a reference
+        if (count > 2 || !Binding::holdsTreeReference(this)) return kept.reset();
         Binding::setHoldsTreeReference(this, false);
+        kept.leak();
         count = 0;
     }
     flags |= kDying;  // references made from here on do not come back here
@@ -350,6 +353,7 @@ void WQXMLNode::print() const { printTree(); }
 
 bool WQXMLNode::initWithXMLNode(xmlNodePtr node) {
     my.impl = node;
+    if (my.rare) my.rare->range.reset();
     flags |= kInitialised;
     return true;
 }
@@ -358,7 +362,7 @@ xmlNsPtr WQXMLNode::ownedNs() const noexcept { return my.rare ? my.rare->ownedNs
 
 void WQXMLNode::setOwnedNs(xmlNsPtr ns) {
     if (ns == ownedNs()) return;
-    xmlFreeNs(std::exchange(makeRare().ownedNs, ns));
+    xmlFreeNs(std::exchange(makeRare().ownedNs, ns));  // the caller knows that nothing points to it
 }
 
 void WQXMLNode::reconcileNamespace() { Binding::reconcileNamespaces(this); }
@@ -419,7 +423,7 @@ uint64_t bitsOf(const Ref<WQXMLEvent>& event) { return static_cast<uint64_t>(eve
 void callListeners(const Ref<WQXMLNode>& node, const Ref<WQXMLEvent>& event, Mask mask) {
     for (size_t i = 0; node->listeners() && i < node->listeners()->size(); ++i) {
         const Ref<WQXMLEventListenerData> record = (*node->listeners())[i];
-        if ((record.get()->*mask)() & bitsOf(event)) record->listener()->handleEvent(event);
+        if (record->listener() && ((record.get()->*mask)() & bitsOf(event))) record->listener()->handleEvent(event);
     }
 }
 

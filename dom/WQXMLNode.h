@@ -64,7 +64,8 @@ public:
     Ref<WQXMLNode> previous() const;           // last descendant of the previous sibling, else the parent
     Ref<WQXMLDocument> ownerDocument() const;  // null for a document
 
-    // The children in order, a new sequence; empty for a dead node. Null for null.
+    // The children in order, a new sequence; empty for a dead node. Null for null. Give it a name
+    // before a loop: `for (auto& child : *node->childNodes())` walks a sequence that is gone.
     virtual std::optional<Sequence> childNodes() const;
     virtual bool hasChildNodes() const;  // false but for elements
     virtual bool hasAttributes() const;  // false but for elements
@@ -107,8 +108,9 @@ public:
     // names this node. `child` as its own reference means its next sibling.
     // An attribute lands in the attribute list, and a same-named attribute there is freed.
     // Answers null and changes nothing if one of them is dead or null, or if libxml2 could not own
-    // the child there: an attribute anywhere but on an element, another node among attributes or an
-    // element below one, anything below an entity reference, a DTD below anything but a document.
+    // the child there: an attribute anywhere but on an element, another node among attributes, a
+    // DTD anywhere but in a document, an element below an attribute, and anything below a text, a
+    // comment or another node that has no children in libxml2.
     // Adjacent texts stay separate. A node put below itself is not refused, and makes a cycle.
     virtual Ref<WQXMLNode> insertChild_before(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& reference);
     void insertChild_atIndex(const Ref<WQXMLNode>& child, uint64_t index);  // past the end: appends

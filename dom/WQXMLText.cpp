@@ -13,7 +13,7 @@ bool WQXMLText::initWithString(const NSString& string) {
     wq::GuardedCall guard;
     xmlNodePtr node = xmlNewText(bytes);
     setRegisterNode(previous);
-    if (guard.failed()) xmlFreeNode(node);  // the check of another element failed; this one has no wrapper
+    if (guard.failed()) xmlFreeNode(node);  // it has no wrapper
     guard.raise();
     WQ_ASSERT(node, u"Could not create node");
     return Binding::bindOwnNode(this, node);

@@ -8,6 +8,8 @@
 #include "platform/Object.h"
 
 class NSValue {
+    using Value = std::variant<std::monostate, bool, double, NSString, Ref<wq::Object>, const wq::Class*>;
+
 public:
     NSValue() = default;  // null
     NSValue(std::nullptr_t) {}
@@ -21,9 +23,7 @@ public:
     template <class T> NSValue(const Ref<T>& object) {
         if (object) value = Ref<wq::Object>(object);
     }
-    NSValue(const wq::Class* aClass) {
-        if (aClass) value = aClass;
-    }
+    NSValue(const wq::Class* aClass) : value(aClass ? Value(aClass) : Value()) {}
 
     explicit operator bool() const noexcept { return value.index() != 0; }  // "is not null", also for false and 0
 
@@ -41,5 +41,5 @@ private:
         const T* held = std::get_if<T>(&value);
         return held ? *held : T();
     }
-    std::variant<std::monostate, bool, double, NSString, Ref<wq::Object>, const wq::Class*> value;
+    Value value;
 };

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/Object.h"
 
@@ -37,6 +38,7 @@ class NothingIsLeft : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    setenv("RC_PARAMS", "max_success=200", 0);  // RapidCheck's cases a property, if nobody says otherwise
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     testing::UnitTest::GetInstance()->listeners().Append(new NothingIsLeft);
     const int failed = RUN_ALL_TESTS();

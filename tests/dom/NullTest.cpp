@@ -1,0 +1,307 @@
+// Null answers null: each public operation of the object layer is called on null.
+#include <cstring>
+#include <functional>
+#include <map>
+
+#include "dom/WQXMLAttr.h"
+#include "dom/WQXMLDragEvent.h"
+#include "dom/WQXMLEventListenerData.h"
+#include "platform/Log.h"
+#include "platform/NSDraggingInfo.h"
+#include "tests/dom/Support.h"
+#include "tests/tree/Headers.h"
+
+namespace {
+
+using namespace test;
+
+// Operations that a program uses on objects only, or that are no class of the layer.
+bool isOfTheObjectLayer(const std::string& operation) {
+    for (const char* prefix : {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSDraggingInfo::"})
+        if (operation.rfind(prefix, 0) == 0) return false;
+    return operation.rfind("WQXML", 0) == 0 || operation.rfind("NS", 0) == 0;
+}
+
+const Ref<WQXMLNode> node;
+const Ref<WQXMLElement> element;
+const Ref<WQXMLDocument> document;
+const Ref<WQXMLText> text;
+const Ref<WQXMLAttr> attribute;
+const Ref<WQXMLEvent> event;
+const Ref<WQXMLMutationEvent> mutation;
+const Ref<WQXMLDragEvent> drag;
+const Ref<WQXMLEventListenerData> record;
+const Ref<NSDictionary> dictionary;
+const Ref<NSData> bytes;
+const Ref<NSError> error;
+const Ref<NSURL> url;
+const NSString none;
+
+Ref<WQXMLText> some() { return WQXMLText::textWithString(u"x"); }
+Ref<WQXMLElement> someElement() { return WQXMLElement::elementWithName(u"e"); }
+Ref<NSError> noError;
+NSDraggingInfo drop;
+Log* listener() {
+    static Log log;
+    return &log;
+}
+
+#define ROW(operation, ...)             \
+    {                                   \
+#operation, [] { __VA_ARGS__; } \
+    }
+
+const std::map<std::string, std::function<void()>>& rows() {
+    static const std::map<std::string, std::function<void()>> all {
+        ROW(WQXMLNode::nodeType, EXPECT_EQ(node->nodeType(), 0)), ROW(WQXMLNode::nodeName, EXPECT_EQ(node->nodeName(), none)),
+            ROW(WQXMLNode::nodeValue, EXPECT_EQ(node->nodeValue(), none)), ROW(WQXMLNode::localName, EXPECT_EQ(node->localName(), none)),
+            ROW(WQXMLNode::prefix, EXPECT_EQ(node->prefix(), none)), ROW(WQXMLNode::namespaceURI, EXPECT_EQ(node->namespaceURI(), none)),
+            ROW(WQXMLNode::parentNode, EXPECT_FALSE(node->parentNode())), ROW(WQXMLNode::firstChild, EXPECT_FALSE(node->firstChild())),
+            ROW(WQXMLNode::lastChild, EXPECT_FALSE(node->lastChild())),
+            ROW(WQXMLNode::previousSibling, EXPECT_FALSE(node->previousSibling())),
+            ROW(WQXMLNode::nextSibling, EXPECT_FALSE(node->nextSibling())), ROW(WQXMLNode::next, EXPECT_FALSE(node->next())),
+            ROW(WQXMLNode::previous, EXPECT_FALSE(node->previous())), ROW(WQXMLNode::ownerDocument, EXPECT_FALSE(node->ownerDocument())),
+            ROW(WQXMLNode::childNodes, EXPECT_FALSE(node->childNodes())),
+            ROW(WQXMLNode::hasChildNodes, EXPECT_FALSE(node->hasChildNodes())),
+            ROW(WQXMLNode::hasAttributes, EXPECT_FALSE(node->hasAttributes())),
+            ROW(WQXMLNode::attributes, EXPECT_FALSE(node->attributes())), ROW(WQXMLNode::childAtIndex, EXPECT_FALSE(node->childAtIndex(0))),
+            ROW(WQXMLNode::indexOfChild, EXPECT_EQ(node->indexOfChild(some()), 0u)),
+            ROW(WQXMLNode::numberOfChildren, EXPECT_EQ(node->numberOfChildren(), 0u)),
+            ROW(WQXMLNode::isAncestorOfNode, EXPECT_FALSE(node->isAncestorOfNode(some()))),
+            ROW(WQXMLNode::isDescendantOfNode, EXPECT_FALSE(node->isDescendantOfNode(some()))),
+            ROW(WQXMLNode::commonAncestorWithNode, EXPECT_FALSE(node->commonAncestorWithNode(node))),
+            ROW(WQXMLNode::ancestorAtDepth, EXPECT_FALSE(node->ancestorAtDepth(0))),
+            ROW(WQXMLNode::childAncestorOfNode, EXPECT_FALSE(node->childAncestorOfNode(some()))),
+            ROW(WQXMLNode::depth, EXPECT_EQ(node->depth(), 0u)), ROW(WQXMLNode::XPath, EXPECT_EQ(node->XPath(), u"")),
+            ROW(WQXMLNode::insertChild_before, EXPECT_FALSE(node->insertChild_before(some(), nullptr))),
+            ROW(WQXMLNode::insertChild_atIndex, node->insertChild_atIndex(some(), 0)),
+            ROW(WQXMLNode::appendChild, EXPECT_FALSE(node->appendChild(some()))),
+            ROW(WQXMLNode::removeChild, EXPECT_FALSE(node->removeChild(some()))), ROW(WQXMLNode::removeChildren, node->removeChildren()),
+            ROW(WQXMLNode::appendChildrenFromNode, auto full = parse("<a><b/></a>"); node->appendChildrenFromNode(full->documentElement());
+                EXPECT_EQ(dump(full), "a[b]")),
+            ROW(WQXMLNode::splitAtIndex_intoNode, EXPECT_FALSE(node->splitAtIndex_intoNode(0, someElement()))),
+            ROW(WQXMLNode::splitAtIndex, EXPECT_FALSE(node->splitAtIndex(0))),
+            ROW(WQXMLNode::mergeWithNode, node->mergeWithNode(someElement())),
+            ROW(WQXMLNode::copyWithZone, EXPECT_FALSE(node->copyWithZone())), ROW(WQXMLNode::copy, EXPECT_FALSE(node->copy())),
+            ROW(WQXMLNode::copyNode, EXPECT_FALSE(node->copyNode(true))), ROW(WQXMLNode::range, EXPECT_EQ(node->range(), (NSRange{0, 0}))),
+            ROW(WQXMLNode::setRange, node->setRange({3, 4}); EXPECT_EQ(node->range(), (NSRange{0, 0}))),
+            ROW(WQXMLNode::printDescription, EXPECT_EQ(node->printDescription(), none)), ROW(WQXMLNode::printTree, node->printTree()),
+            ROW(WQXMLNode::print, node->print()),
+            ROW(WQXMLNode::addListener_forEvent_useCapture, node->addListener_forEvent_useCapture(listener(), 4, true);
+                EXPECT_EQ(node->listeners(), nullptr)),
+            ROW(WQXMLNode::removeListener_forEvent_useCapture, node->removeListener_forEvent_useCapture(listener(), 4, true)),
+            ROW(WQXMLNode::listeners, EXPECT_EQ(node->listeners(), nullptr)),
+            ROW(WQXMLNode::captureEvents, EXPECT_EQ(node->captureEvents(), 0u)), ROW(WQXMLNode::events, EXPECT_EQ(node->events(), 0u)),
+            ROW(WQXMLNode::dispatchEvent, auto sent = WQXMLEvent::newEvent(); sent->setPreventDefault(true);
+                EXPECT_FALSE(node->dispatchEvent(sent)); EXPECT_EQ(sent->phase(), 0)),
+            ROW(WQXMLNode::initWithXMLNode, EXPECT_FALSE(node->initWithXMLNode(some()->xmlNode()))),
+
+            ROW(WQXMLElement::tagName, EXPECT_EQ(element->tagName(), none)),
+            ROW(WQXMLElement::hasChildNodes, EXPECT_FALSE(element->hasChildNodes())),
+            ROW(WQXMLElement::hasAttributes, EXPECT_FALSE(element->hasAttributes())),
+            ROW(WQXMLElement::firstAttribute, EXPECT_FALSE(element->firstAttribute())),
+            ROW(WQXMLElement::getAttribute, EXPECT_EQ(element->getAttribute(u"x"), none)),
+            ROW(WQXMLElement::getAttribute_namespaceURI, EXPECT_EQ(element->getAttribute_namespaceURI(u"x", u"u:1"), none)),
+            ROW(WQXMLElement::hasAttribute, EXPECT_FALSE(element->hasAttribute(u"x"))),
+            ROW(WQXMLElement::hasAttribute_namespaceURI, EXPECT_FALSE(element->hasAttribute_namespaceURI(u"x", u"u:1"))),
+            ROW(WQXMLElement::innerText, EXPECT_EQ(element->innerText(), none)),
+            ROW(WQXMLElement::childElementWithLocalName_namespaceURI,
+                EXPECT_FALSE(element->childElementWithLocalName_namespaceURI(u"x", u"u:1"))),
+            ROW(WQXMLElement::setAttribute_value, element->setAttribute_value(u"x", u"1")),
+            ROW(WQXMLElement::removeAttribute, element->removeAttribute(u"x")),
+            ROW(WQXMLElement::setAttribute_namespaceURI_value, element->setAttribute_namespaceURI_value(u"p:x", nullptr, u"1")),
+            ROW(WQXMLElement::removeAttribute_namespaceURI, element->removeAttribute_namespaceURI(u"x", u"u:1")),
+            ROW(WQXMLElement::splitAtIndex_intoNode, EXPECT_FALSE(element->splitAtIndex_intoNode(0, nullptr))),
+            ROW(WQXMLElement::splitAtIndex, EXPECT_FALSE(element->splitAtIndex(0))),
+            ROW(WQXMLElement::mergeWithNode, auto full = parse("<a><b/></a>"); element->mergeWithNode(full->documentElement());
+                EXPECT_EQ(dump(full), "a[b]")),
+            ROW(WQXMLElement::copyWithZone, EXPECT_FALSE(element->copyWithZone())),
+            ROW(WQXMLElement::initWithName, EXPECT_FALSE(element->initWithName(u"e"))),
+            ROW(WQXMLElement::initWithQualifiedName_namespaceURI,
+                EXPECT_FALSE(element->initWithQualifiedName_namespaceURI(u"p:e", u"u:1"))),
+
+            ROW(WQXMLCharacterData::string, EXPECT_EQ(text->string(), none)),
+            ROW(WQXMLCharacterData::length, EXPECT_EQ(text->length(), 0u)),
+            ROW(WQXMLCharacterData::substringWithRange, EXPECT_EQ(text->substringWithRange({1, 1}), none)),
+            ROW(WQXMLCharacterData::setString, text->setString(u"x")), ROW(WQXMLCharacterData::appendString, text->appendString(u"x")),
+            ROW(WQXMLCharacterData::insertString_atIndex, text->insertString_atIndex(u"x", 0)),
+            ROW(WQXMLCharacterData::deleteCharactersInRange, text->deleteCharactersInRange({1, 1})),
+            ROW(WQXMLCharacterData::replaceCharactersInRange_withString, text->replaceCharactersInRange_withString({1, 1}, u"x")),
+            ROW(WQXMLCharacterData::printDescription, EXPECT_EQ(text->printDescription(), none)),
+            ROW(WQXMLText::nodeName, EXPECT_EQ(text->nodeName(), none)), ROW(WQXMLText::nodeValue, EXPECT_EQ(text->nodeValue(), none)),
+            ROW(WQXMLText::normalized, EXPECT_FALSE(text->normalized())), ROW(WQXMLText::splitAtIndex, EXPECT_FALSE(text->splitAtIndex(0))),
+            ROW(WQXMLText::copyWithZone, EXPECT_FALSE(text->copyWithZone())), ROW(WQXMLText::init, EXPECT_FALSE(text->init())),
+            ROW(WQXMLText::initWithString, EXPECT_FALSE(text->initWithString(u"x"))),
+
+            ROW(WQXMLAttr::name, EXPECT_EQ(attribute->name(), none)), ROW(WQXMLAttr::value, EXPECT_EQ(attribute->value(), none)),
+            ROW(WQXMLAttr::ownerElement, EXPECT_FALSE(attribute->ownerElement())),
+            ROW(WQXMLAttr::specified, EXPECT_FALSE(attribute->specified())),
+
+            ROW(WQXMLDocument::nodeType, EXPECT_EQ(document->nodeType(), 0)),
+            ROW(WQXMLDocument::baseURI, EXPECT_EQ(document->baseURI(), none)),
+            ROW(WQXMLDocument::documentElement, EXPECT_FALSE(document->documentElement())),
+            ROW(WQXMLDocument::setDocumentElement, auto root = someElement(); document->setDocumentElement(std::move(root))),
+            ROW(WQXMLDocument::createElement, EXPECT_FALSE(document->createElement(u"e"))),
+            ROW(WQXMLDocument::createElement_namespaceURI, EXPECT_FALSE(document->createElement_namespaceURI(u"p:e", u"u:1"))),
+            ROW(WQXMLDocument::createTextNode, EXPECT_FALSE(document->createTextNode(u"x"))),
+            ROW(WQXMLDocument::printTree, document->printTree()), ROW(WQXMLDocument::init, EXPECT_FALSE(document->init())),
+            ROW(WQXMLDocument::initWithArguments, EXPECT_FALSE(document->initWithArguments(nullptr))),
+            ROW(WQXMLDocument::initWithContentsOfURL_arguments_error,
+                EXPECT_FALSE(document->initWithContentsOfURL_arguments_error(nullptr, nullptr, &noError))),
+            ROW(WQXMLDocument::initWithData_baseURL_arguments_error,
+                EXPECT_FALSE(document->initWithData_baseURL_arguments_error(data("<a/>"), nullptr, nullptr, &noError))),
+            ROW(WQXMLDocument::defaultNodeClasses, EXPECT_FALSE(document->defaultNodeClasses())),
+
+            ROW(WQXMLEvent::target, EXPECT_FALSE(event->target())),
+            ROW(WQXMLEvent::setTarget, event->setTarget(some()); EXPECT_FALSE(event->target())),
+            ROW(WQXMLEvent::eventID, EXPECT_EQ(event->eventID(), 0)),
+            ROW(WQXMLEvent::setEventID, event->setEventID(4); EXPECT_EQ(event->eventID(), 0)),
+            ROW(WQXMLEvent::phase, EXPECT_EQ(event->phase(), 0)),
+            ROW(WQXMLEvent::setPhase, event->setPhase(2); EXPECT_EQ(event->phase(), 0)),
+            ROW(WQXMLEvent::stopPropagation, EXPECT_FALSE(event->stopPropagation())),
+            ROW(WQXMLEvent::setStopPropagation, event->setStopPropagation(true); EXPECT_FALSE(event->stopPropagation())),
+            ROW(WQXMLEvent::preventDefault, EXPECT_FALSE(event->preventDefault())),
+            ROW(WQXMLEvent::setPreventDefault, event->setPreventDefault(true); EXPECT_FALSE(event->preventDefault())),
+            ROW(WQXMLEvent::canBubble, EXPECT_FALSE(event->canBubble())),
+            ROW(WQXMLEvent::setCanBubble, event->setCanBubble(true); EXPECT_FALSE(event->canBubble())),
+            ROW(WQXMLEvent::canCancel, EXPECT_FALSE(event->canCancel())),
+            ROW(WQXMLEvent::setCanCancel, event->setCanCancel(true); EXPECT_FALSE(event->canCancel())),
+            ROW(WQXMLEvent::init, EXPECT_FALSE(event->init())),
+
+            ROW(WQXMLMutationEvent::relatedNode, EXPECT_FALSE(mutation->relatedNode())),
+            ROW(WQXMLMutationEvent::setRelatedNode, mutation->setRelatedNode(some()); EXPECT_FALSE(mutation->relatedNode())),
+            ROW(WQXMLMutationEvent::prevValue, EXPECT_EQ(mutation->prevValue(), none)),
+            ROW(WQXMLMutationEvent::setPrevValue, mutation->setPrevValue(u"x"); EXPECT_EQ(mutation->prevValue(), none)),
+            ROW(WQXMLMutationEvent::newValue, EXPECT_EQ(mutation->newValue(), none)),
+            ROW(WQXMLMutationEvent::setNewValue, mutation->setNewValue(u"x"); EXPECT_EQ(mutation->newValue(), none)),
+            ROW(WQXMLMutationEvent::attrName, EXPECT_EQ(mutation->attrName(), none)),
+            ROW(WQXMLMutationEvent::setAttrName, mutation->setAttrName(u"x"); EXPECT_EQ(mutation->attrName(), none)),
+            ROW(WQXMLMutationEvent::attrChange, EXPECT_EQ(mutation->attrChange(), 0)),
+            ROW(WQXMLMutationEvent::setAttrChange, mutation->setAttrChange(2); EXPECT_EQ(mutation->attrChange(), 0)),
+            ROW(WQXMLMutationEvent::range, EXPECT_EQ(mutation->range(), (NSRange{0, 0}))),
+            ROW(WQXMLMutationEvent::setRange, mutation->setRange({1, 2}); EXPECT_EQ(mutation->range(), (NSRange{0, 0}))),
+            ROW(WQXMLMutationEvent::string, EXPECT_EQ(mutation->string(), none)),
+            ROW(WQXMLMutationEvent::setString, mutation->setString(u"x"); EXPECT_EQ(mutation->string(), none)),
+            ROW(WQXMLDragEvent::draggingInfo, EXPECT_EQ(drag->draggingInfo(), nullptr)),
+            ROW(WQXMLDragEvent::setDraggingInfo, drag->setDraggingInfo(&drop); EXPECT_EQ(drag->draggingInfo(), nullptr)),
+
+            ROW(WQXMLEventListenerData::initWithListener, EXPECT_FALSE(record->initWithListener(listener()))),
+            ROW(WQXMLEventListenerData::listener, EXPECT_EQ(record->listener(), nullptr)),
+            ROW(WQXMLEventListenerData::setListener, record->setListener(listener()); EXPECT_EQ(record->listener(), nullptr)),
+            ROW(WQXMLEventListenerData::data, EXPECT_EQ(record->data(), nullptr)),
+            ROW(WQXMLEventListenerData::setData, record->setData(&drop); EXPECT_EQ(record->data(), nullptr)),
+            ROW(WQXMLEventListenerData::captureEvents, EXPECT_EQ(record->captureEvents(), 0u)),
+            ROW(WQXMLEventListenerData::setCaptureEvents, record->setCaptureEvents(4); EXPECT_EQ(record->captureEvents(), 0u)),
+            ROW(WQXMLEventListenerData::events, EXPECT_EQ(record->events(), 0u)),
+            ROW(WQXMLEventListenerData::setEvents, record->setEvents(4); EXPECT_EQ(record->events(), 0u)),
+            ROW(WQXMLEventListenerData::addEvent_useCapture, record->addEvent_useCapture(4, true); EXPECT_EQ(record->captureEvents(), 0u)),
+            ROW(WQXMLEventListenerData::removeEvent_useCapture, record->removeEvent_useCapture(4, false)),
+            ROW(WQXMLEventListenerData::isEmpty, EXPECT_FALSE(record->isEmpty())),
+
+            ROW(NSDictionary::objectForKey, EXPECT_FALSE(dictionary->objectForKey(u"k"))),
+            ROW(NSDictionary::containsKey, EXPECT_FALSE(dictionary->containsKey(u"k"))),
+            ROW(NSDictionary::count, EXPECT_EQ(dictionary->count(), 0u)),
+            ROW(NSDictionary::setObject_forKey, dictionary->setObject_forKey(true, u"k"); EXPECT_EQ(dictionary->count(), 0u)),
+            ROW(NSDictionary::removeObjectForKey, dictionary->removeObjectForKey(u"k")),
+            ROW(NSDictionary::begin, EXPECT_TRUE(dictionary->begin() == dictionary->end())),
+            ROW(NSDictionary::end, EXPECT_TRUE(dictionary->begin() == dictionary->end())), ROW(NSData::view, EXPECT_EQ(bytes->view(), "")),
+            ROW(NSData::length, EXPECT_EQ(bytes->length(), 0u)), ROW(NSData::append, bytes->append("x"); EXPECT_EQ(bytes->length(), 0u)),
+            ROW(NSError::domain, EXPECT_EQ(error->domain(), none)), ROW(NSError::code, EXPECT_EQ(error->code(), 0)),
+            ROW(NSError::localizedDescription, EXPECT_EQ(error->localizedDescription(), none)),
+            ROW(NSError::description, EXPECT_EQ(error->description(), none)),
+            ROW(NSURL::absoluteString, EXPECT_EQ(url->absoluteString(), none)), ROW(NSURL::scheme, EXPECT_EQ(url->scheme(), none)),
+            ROW(NSURL::host, EXPECT_EQ(url->host(), none)), ROW(NSURL::fragment, EXPECT_EQ(url->fragment(), none)),
+            ROW(NSURL::path, EXPECT_EQ(url->path(), none)), ROW(NSURL::isFileURL, EXPECT_FALSE(url->isFileURL())),
+            ROW(NSURL::description, EXPECT_EQ(url->description(), none)),
+    };
+    return all;
+}
+
+// The bytes of a null object: every field of it.
+template <class T> std::string fieldsOfNull() { return {reinterpret_cast<const char*>(wq::nil<T>()), sizeof(typename T::template Nil<T>)}; }
+
+std::vector<std::string> fieldsOfAllNulls() {
+    return {
+        fieldsOfNull<WQXMLNode>(),
+        fieldsOfNull<WQXMLElement>(),
+        fieldsOfNull<WQXMLDocument>(),
+        fieldsOfNull<WQXMLText>(),
+        fieldsOfNull<WQXMLAttr>(),
+        fieldsOfNull<WQXMLEvent>(),
+        fieldsOfNull<WQXMLMutationEvent>(),
+        fieldsOfNull<WQXMLDragEvent>(),
+        fieldsOfNull<WQXMLEventListenerData>(),
+        fieldsOfNull<NSDictionary>(),
+        fieldsOfNull<NSData>(),
+        fieldsOfNull<NSError>(),
+        fieldsOfNull<NSURL>()};
+}
+
+TEST(NullTest, EveryPublicOperationHasARow) {
+    std::set<std::string> operations;
+    for (const char* folder : {"dom", "platform"})
+        for (const auto& file : std::filesystem::directory_iterator(sourceFolder() / folder))
+            if (file.path().extension() == ".h") operations.merge(publicOperations(file.path()));
+    std::erase_if(operations, [](auto& operation) { return !isOfTheObjectLayer(operation); });
+    EXPECT_GT(operations.size(), 150u);
+
+    for (const std::string& operation : operations) EXPECT_TRUE(rows().count(operation)) << operation << " has no row";
+    for (const auto& [operation, row] : rows()) EXPECT_TRUE(operations.count(operation)) << operation << " is gone";
+}
+
+TEST(NullTest, AnswersNullToEveryOperationAndKeepsEveryField) {
+    wq::AssertionScope nullNeverAsserts([](const wq::AssertionFailure& failure) { ADD_FAILURE() << failure.operation; });
+    std::vector<std::string> logged;
+    wq::LogSink previous = wq::setLogSink([&](const NSString& message) { logged.push_back(wq::toUTF8(message)); });
+    const auto before = fieldsOfAllNulls();
+    for (const auto& [operation, row] : rows()) {
+        SCOPED_TRACE(operation);
+        EXPECT_EQ(raised(row), "");
+        EXPECT_EQ(fieldsOfAllNulls(), before);
+    }
+    wq::setLogSink(previous);
+    EXPECT_THAT(logged, testing::IsEmpty());
+}
+
+TEST(NullTest, ChainsSurviveWhateverIsMissingOnTheWay) {
+    const auto small = parse("<a/>");
+    EXPECT_EQ(small->documentElement()->firstChild()->nextSibling()->parentNode()->nodeName(), nullptr);
+    EXPECT_EQ(element->ownerDocument()->documentElement()->getAttribute(u"x"), nullptr);
+}
+
+TEST(NullTest, NeverGetsIntoAReference) {
+    EXPECT_FALSE(Ref<WQXMLElement>(element.operator->()));
+    EXPECT_FALSE(element->commonAncestorWithNode(someElement()));
+}
+
+class Paragraph : public WQXMLElement {
+public:
+    virtual uint64_t words() const { return firstChild() ? 1 : 0; }
+};
+
+TEST(NullTest, AnApplicationClassHasANullObjectWithoutAWord) {
+    const Ref<Paragraph> paragraph;
+    EXPECT_EQ(paragraph->nodeType(), 0);
+    EXPECT_EQ(paragraph->words(), 0u);
+    paragraph->setRange({1, 2});
+    EXPECT_EQ(paragraph->range(), (NSRange{0, 0}));
+}
+
+TEST(NullTest, NullArgumentsChangeNothing) {
+    const auto full = parse("<a><b/></a>");
+    const auto root = full->documentElement();
+    EXPECT_FALSE(root->appendChild(nullptr));
+    EXPECT_FALSE(root->insertChild_before(nullptr, root->firstChild()));
+    EXPECT_FALSE(root->removeChild(nullptr));
+    root->insertChild_atIndex(nullptr, 0);
+    root->appendChildrenFromNode(nullptr);
+    EXPECT_EQ(root->indexOfChild(nullptr), NSNotFound);
+    EXPECT_FALSE(root->isAncestorOfNode(nullptr));
+    EXPECT_FALSE(root->isDescendantOfNode(nullptr));
+    EXPECT_FALSE(root->commonAncestorWithNode(nullptr));
+    EXPECT_FALSE(root->childAncestorOfNode(nullptr));
+    EXPECT_FALSE(root->dispatchEvent(nullptr));
+    EXPECT_EQ(dump(full), "a[b]");
+}
+
+}  // namespace

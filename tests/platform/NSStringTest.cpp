@@ -1,0 +1,230 @@
+#include "platform/NSString.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/WQXMLException.h"
+
+namespace {
+
+using namespace wq::literals;
+using namespace std::string_view_literals;
+
+constexpr const char16_t* kKey = u"a\U0001D11Eb";  // a G clef between two letters: four units
+
+template <class Action> NSString raised(Action action) {
+    try {
+        action();
+    } catch (const WQXMLException& exception) {
+        return exception.name();
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+TEST(NSString, IsNullAtFirst) {
+    const NSString null;
+    EXPECT_FALSE(static_cast<bool>(null));
+    EXPECT_TRUE(null == nullptr);
+    EXPECT_TRUE(null == NSString(nullptr));
+}
+
+TEST(NSString, NullDiffersFromEmpty) {
+    const NSString null, empty = u"";
+    EXPECT_FALSE(null == empty);
+    EXPECT_TRUE(null != empty);
+    EXPECT_FALSE(null == u"");
+    EXPECT_TRUE(empty == u"");
+    EXPECT_FALSE(empty == nullptr);
+    EXPECT_TRUE(static_cast<bool>(empty));
+}
+
+TEST(NSString, NullIsWhatANullLiteralGives) {
+    const char16_t* const nothing = nullptr;
+    EXPECT_EQ(NSString(nothing), nullptr);
+    EXPECT_TRUE(NSString() == nothing);
+    EXPECT_FALSE(NSString(u"") == nothing);
+}
+
+TEST(NSString, AnEmptyViewGivesTheEmptyString) {
+    EXPECT_EQ(NSString(std::u16string_view()), u"");
+    EXPECT_EQ(NSString(std::u16string()), u"");
+    EXPECT_EQ(u""_ns, u"");
+}
+
+TEST(NSString, NullAnswersNothing) {
+    const NSString null;
+    EXPECT_EQ(null.length(), 0u);
+    EXPECT_TRUE(null.view().empty());
+    EXPECT_EQ(null.substringWithRange({5, 5}), nullptr);
+    EXPECT_EQ(null.stringByReplacingCharactersInRange_withString({5, 5}, u"x"), nullptr);
+    EXPECT_EQ(wq::toUTF8(null), "");
+}
+
+TEST(NSString, CountsUTF16Units) {
+    EXPECT_EQ(NSString(u"").length(), 0u);
+    EXPECT_EQ(NSString(u"Gr\u00FC\u00DFe").length(), 5u);
+    EXPECT_EQ(NSString(kKey).length(), 4u);
+}
+
+TEST(NSString, KeepsWhatALiteralHoldsBehindANUL) {
+    EXPECT_EQ(u"a\0b"_ns.length(), 3u);
+    EXPECT_EQ(u"a\0b"_ns.view()[2], u'b');
+}
+
+TEST(NSString, SubstringTakesUnits) {
+    const NSString text = kKey;
+    EXPECT_EQ(text.substringWithRange({0, 1}), u"a");
+    EXPECT_EQ(text.substringWithRange({1, 2}), u"\U0001D11E");
+    EXPECT_EQ(text.substringWithRange({3, 1}), u"b");
+    EXPECT_EQ(text.substringWithRange({0, 4}), text);
+    EXPECT_EQ(text.substringWithRange({4, 0}), u"");
+    EXPECT_EQ(text.substringWithRange({2, 1}).view()[0], 0xDD1E);  // half of the clef
+}
+
+TEST(NSString, ReplacingGivesANewString) {
+    const NSString text = kKey;
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({1, 2}, u"-"), u"a-b");
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({0, 0}, u"xy"), u"xya\U0001D11Eb");
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({4, 0}, u"!"), u"a\U0001D11Eb!");
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({0, 4}, u""), u"");
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({0, 3}, NSString()), u"b");
+    EXPECT_EQ(text, kKey);
+}
+
+TEST(NSString, RangesPastTheEndRaise) {
+    const NSRange ranges[] = {
+        {0, 5},
+        {1, 4},
+        {4, 1},
+        {5, 0},
+        {5, 1},
+        {1, UINT64_MAX},
+        {UINT64_MAX, 1},
+        {UINT64_MAX, 0},
+        {NSNotFound, 0},
+        {0, UINT64_MAX},
+        {4, UINT64_MAX - 3}};
+    const NSString text = kKey;
+    for (const NSRange range : ranges) {
+        SCOPED_TRACE(testing::Message() << "{" << range.location << ", " << range.length << "}");
+        EXPECT_EQ(raised([&] { text.substringWithRange(range); }), u"NSRangeException");
+        EXPECT_EQ(raised([&] { text.stringByReplacingCharactersInRange_withString(range, u"x"); }), u"NSRangeException");
+        EXPECT_EQ(text, kKey);
+    }
+}
+
+TEST(NSString, TheExceptionNamesRangeAndLength) {
+    try {
+        NSString(u"abc").substringWithRange({2, 7});
+        FAIL() << "nothing was raised";
+    } catch (const WQXMLException& exception) {
+        EXPECT_EQ(exception.reason(), u"Range {2, 7} out of bounds; string length 3");
+    }
+}
+
+TEST(NSString, JoinsWithPlus) {
+    EXPECT_EQ(NSString(u"a") + u"b", u"ab");
+    EXPECT_EQ(NSString(u"a") + NSString(u"b") + u"c", u"abc");
+    EXPECT_EQ(NSString(u"a") + NSString(), u"a");
+    EXPECT_EQ(NSString() + u"b", u"b");
+    EXPECT_EQ(NSString() + NSString(), u"");
+}
+
+TEST(NSString, AppendsInPlace) {
+    NSString text;
+    text += u"";
+    EXPECT_EQ(text, u"");
+    text += u"ab";
+    text += text;
+    EXPECT_EQ(text, u"abab");
+}
+
+TEST(NSString, JoiningLeavesTheLeftSideAlone) {
+    const NSString left = u"a";
+    EXPECT_EQ(left + u"b", u"ab");
+    EXPECT_EQ(left, u"a");
+}
+
+TEST(NSString, IsOrderedUnitByUnitNullFirst) {
+    // By characters U+FFFD would come before the clef; by units it comes behind its first half.
+    const NSString ordered[] = {nullptr, u"", u"A", u"Z", u"a", u"a\U0001D11E", u"a\uFFFD", u"aa\u00E4", u"\u00E4"};
+    const NSString byUnits[] = {nullptr, u"", u"A", u"Z", u"a", u"aa\u00E4", u"a\U0001D11E", u"a\uFFFD", u"\u00E4"};
+    EXPECT_TRUE(ordered[7] < ordered[5]);
+    for (size_t left = 0; left < std::size(byUnits); ++left)
+        for (size_t right = 0; right < std::size(byUnits); ++right)
+            EXPECT_EQ(byUnits[left] <=> byUnits[right], left <=> right) << left << " " << right;
+}
+
+TEST(NSString, PrintsNullInParentheses) {
+    EXPECT_EQ(wq::printed(nullptr), u"(null)");
+    EXPECT_EQ(wq::printed(u""), u"");
+    EXPECT_EQ(wq::printed(u"text"), u"text");
+}
+
+TEST(NSString, IsPrintedByTheTestFramework) {
+    EXPECT_EQ(testing::PrintToString(NSString()), "null");
+    EXPECT_EQ(testing::PrintToString(NSString(u"\u00E4")), "\"\xC3\xA4\"");
+}
+
+TEST(FromUTF8, GivesNullForNull) {
+    EXPECT_EQ(wq::fromUTF8(static_cast<const char*>(nullptr)), nullptr);
+    EXPECT_EQ(wq::fromUTF8(static_cast<const unsigned char*>(nullptr)), nullptr);
+    EXPECT_EQ(wq::fromUTF8(std::string_view()), u"");
+}
+
+TEST(FromUTF8, ReadsTheTwoTerminatedForms) {
+    const unsigned char bytes[] = {0xC3, 0xA4, 0};
+    EXPECT_EQ(wq::fromUTF8("\xC3\xA4"), u"\u00E4");
+    EXPECT_EQ(wq::fromUTF8(bytes), u"\u00E4");
+}
+
+TEST(FromUTF8, LetsANULPass) {
+    EXPECT_EQ(wq::fromUTF8("a\0b"sv), u"a\0b"_ns);
+    EXPECT_EQ(wq::fromUTF8("\0"sv).length(), 1u);
+}
+
+TEST(FromUTF8, ReadsAllLengthsOfCharacters) {
+    EXPECT_EQ(wq::fromUTF8("a\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E"sv), u"a\u00E4\u20AC\U0001D11E");
+    EXPECT_EQ(wq::fromUTF8("\xF4\x8F\xBF\xBF"sv), u"\U0010FFFF");
+    EXPECT_EQ(
+        wq::fromUTF8("\xEF\xBB\xBF"
+                     "a"sv),
+        u"\uFEFFa");  // a byte order mark is kept
+    EXPECT_EQ(wq::fromUTF8("\xEF\xBF\xBE"sv).view()[0], 0xFFFE);
+}
+
+TEST(FromUTF8, ReplacesEachPartThatCannotBeRead) {
+    const struct {
+        std::string_view bytes;
+        const char16_t* text;
+    } rows[] = {
+        {"\xE2\x82"sv, u"\uFFFD"},  // cut off
+        {"\xE2\x82z"sv, u"\uFFFDz"},
+        {"\xF0\x9D\x84"sv, u"\uFFFD"},
+        {"\xC0\x80"sv, u"\uFFFD\uFFFD"},                      // too long a form
+        {"\xED\xA0\x80"sv, u"\uFFFD\uFFFD\uFFFD"},            // a surrogate
+        {"\xF4\x90\x80\x80"sv, u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // beyond U+10FFFF
+        {"\x80"sv, u"\uFFFD"},
+        {"\xFFz"sv, u"\uFFFDz"},
+        {"a\xC3"sv, u"a\uFFFD"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(wq::fromUTF8(row.bytes), row.text) << testing::PrintToString(row.bytes);
+}
+
+TEST(ToUTF8, WritesAllLengthsOfCharacters) {
+    EXPECT_EQ(wq::toUTF8(u"a\u00E4\u20AC\U0001D11E"), "a\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E");
+    EXPECT_EQ(wq::toUTF8(u"a\0b"_ns), "a\0b"sv);
+    EXPECT_EQ(wq::toUTF8(u""), "");
+}
+
+TEST(ToUTF8, ReplacesEachLoneSurrogate) {
+    const char16_t high[] = {0xD834, 0}, low[] = {0xDD1E, 0}, swapped[] = {0xDD1E, 0xD834, 0}, between[] = {u'a', 0xD834, u'b', 0};
+    EXPECT_EQ(wq::toUTF8(high), "\xEF\xBF\xBD");
+    EXPECT_EQ(wq::toUTF8(low), "\xEF\xBF\xBD");
+    EXPECT_EQ(wq::toUTF8(swapped), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(
+        wq::toUTF8(between),
+        "a\xEF\xBF\xBD"
+        "b");
+}
