@@ -27,6 +27,10 @@ NSString takeString(xmlChar* bytes) {
     return result;
 }
 
+OwnNamespace newNamespace(const NSString& uri, const NSString& prefix) {
+    return OwnNamespace(xmlNewNs(nullptr, Bytes(uri), Bytes(prefix)));
+}
+
 namespace {
 
 // The wrapper of a document that this library made; null for one of the application's own, whatever

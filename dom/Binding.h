@@ -6,6 +6,7 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -43,6 +44,13 @@ private:
 
 // A string that libxml2 made for us; frees it.
 NSString takeString(xmlChar* bytes);
+
+// A namespace in no nsDef list. Null where libxml2 refuses: for the prefix "xml".
+struct FreeNamespace {
+    void operator()(xmlNsPtr ns) const { xmlFreeNs(ns); }
+};
+using OwnNamespace = std::unique_ptr<xmlNs, FreeNamespace>;
+OwnNamespace newNamespace(const NSString& uri, const NSString& prefix);
 
 // While one of these lives, failures inside libxml2 do not unwind through it: the error callback
 // and the hooks keep the first one, and no code of the application runs from then on. `raise`,

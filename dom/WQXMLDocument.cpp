@@ -6,7 +6,6 @@
 
 #include <climits>
 #include <cstring>
-#include <memory>
 
 #include "dom/Binding.h"
 #include "platform/Assertion.h"
@@ -224,10 +223,6 @@ Ref<WQXMLElement> adoptElement(xmlNodePtr node) {
     return wq::cast<WQXMLElement>(element);
 }
 
-struct FreeNamespace {
-    void operator()(xmlNsPtr ns) const { xmlFreeNs(ns); }  // of an element that is not made
-};
-
 }  // namespace
 
 Ref<WQXMLElement> WQXMLDocument::createElement(const NSString& name) {
@@ -246,7 +241,7 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
     const Bytes bytes(local);
     xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);
     if (!node) return nullptr;
-    std::unique_ptr<xmlNs, FreeNamespace> ns(xmlNewNs(nullptr, Bytes(uri), Bytes(prefix)));
+    wq::OwnNamespace ns = wq::newNamespace(uri, prefix);
     if (!ns) {
         freeUnlinkedNode(node);
         WQ_ASSERT(false, u"Could not create new namespace structure");

@@ -1,7 +1,5 @@
 #include "dom/WQXMLElement.h"
 
-#include <memory>
-
 #include "dom/Binding.h"
 #include "dom/WQXMLAttr.h"
 #include "dom/WQXMLExceptionNames.h"
@@ -28,16 +26,6 @@ xmlNodePtr newUnregisteredElement(const NSString& name) {
     return node;
 }
 
-struct FreeNamespace {
-    void operator()(xmlNsPtr ns) const { xmlFreeNs(ns); }  // of an element that is not made
-};
-using OwnNamespace = std::unique_ptr<xmlNs, FreeNamespace>;
-
-// In no nsDef list. Null where libxml2 refuses: for the prefix "xml".
-OwnNamespace newNamespace(const NSString& uri, const NSString& prefix) {
-    return OwnNamespace(xmlNewNs(nullptr, Bytes(uri), Bytes(prefix)));
-}
-
 }  // namespace
 
 bool WQXMLElement::initWithName(const NSString& name) {
@@ -48,7 +36,7 @@ bool WQXMLElement::initWithName(const NSString& name) {
 bool WQXMLElement::initWithQualifiedName_namespaceURI(const NSString& name, const NSString& uri) {
     if (!uri) return initWithName(name);
     const NSString local = localNameForQName(name), prefix = prefixForQName(name);
-    OwnNamespace ns = local ? newNamespace(uri, prefix) : nullptr;
+    wq::OwnNamespace ns = local ? wq::newNamespace(uri, prefix) : nullptr;
     xmlNodePtr node = ns ? newUnregisteredElement(local) : nullptr;
     if (!node) {
         WQ_ASSERT(false, u"Error initializing WQXMLElement");
@@ -111,7 +99,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
 
     xmlNsPtr ns = uri ? xmlSearchNs(xmlNode()->doc, xmlNode(), Bytes(prefix)) : nullptr;
     if (uri && !(ns && xmlStrEqual(ns->href, Bytes(uri)))) {
-        OwnNamespace made = newNamespace(uri, prefix);
+        wq::OwnNamespace made = wq::newNamespace(uri, prefix);
         if (!made) return;
         ns = made.get();
         Binding::ownedNamespaces(this).push_back(made.release());
@@ -121,7 +109,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
 
 void WQXMLElement::removeAttribute_namespaceURI(const NSString& localName, const NSString& uri) {
     if (!xmlNode() || !localName) return;
-    OwnNamespace ns = uri ? newNamespace(uri, nullptr) : nullptr;
+    wq::OwnNamespace ns = uri ? wq::newNamespace(uri, nullptr) : nullptr;
     WQ_ASSERT(!uri || ns, u"Internal Error: Could not create namespace for removeAttribute");
     wq::guarded([&] { xmlUnsetNsProp(xmlNode(), ns.get(), Bytes(localName)); });  // its wrapper goes by the hook
 }
