@@ -21,5 +21,14 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/wqConfigVersion.cma
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wqConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/wqConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/wq)
 
+# The installed tree can be moved, and a static library brings what it needs.
+file(RELATIVE_PATH WQ_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(WQ_PC_REQUIRES libxml-2.0)
+set(WQ_PC_REQUIRES_PRIVATE icu-uc libcurl liburiparser fmt)
+if(NOT BUILD_SHARED_LIBS)
+  list(APPEND WQ_PC_REQUIRES ${WQ_PC_REQUIRES_PRIVATE})
+endif()
+list(JOIN WQ_PC_REQUIRES " " WQ_PC_REQUIRES)
+list(JOIN WQ_PC_REQUIRES_PRIVATE " " WQ_PC_REQUIRES_PRIVATE)
 configure_file(cmake/wq.pc.in ${CMAKE_CURRENT_BINARY_DIR}/wq.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wq.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
