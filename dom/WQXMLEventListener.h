@@ -11,5 +11,5 @@ public:
     virtual void handleEvent(const Ref<WQXMLEvent>& event) = 0;
 
 protected:
-    ~WQXMLEventListener() = default;
+    virtual ~WQXMLEventListener() = default;
 };
