@@ -1,0 +1,119 @@
+// The example program, as its user sees it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "tests/tree/Headers.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+struct Result {
+    int status;
+    std::string output;  // standard output and standard error
+};
+
+Result tour(const std::string& arguments) {
+    FILE* pipe = popen((WQ_MANUSCRIPT_TOUR " " + arguments + " 2>&1").c_str(), "r");
+    std::string output;
+    char buffer[4096];
+    while (size_t read = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, read);
+    return {WEXITSTATUS(pclose(pipe)), output};
+}
+
+std::string sample() { return (test::sourceFolder() / "examples/manuscript/manuscript.xml").string(); }
+
+// A file of its own for each test, which may run beside others.
+std::string fileWith(const std::string& name, const std::string& bytes) {
+    const std::string path = testing::TempDir() + "wq-tour-" + name;
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+}
+
+TEST(ManuscriptTourTest, PrintsTheOutlineOfTheSampleWithPathsAndDepths) {
+    const Result result = tour(sample());
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(
+        result.output, HasSubstr("  /book[1]/chapter[1]                          depth 1  The Crossing\n"
+                                 "  /book[1]/chapter[1]/section[1]               depth 2  A Bell on a Post\n"));
+    EXPECT_THAT(result.output, HasSubstr("nodes by class:  Section 27  WQXMLAttr 59  WQXMLElement 118  WQXMLNode 3  WQXMLText 287\n"));
+}
+
+TEST(ManuscriptTourTest, PrintsEveryEventOfAMoveAndARemoval) {
+    EXPECT_THAT(
+        tour(sample()).output, HasSubstr("chapter#rope goes ahead of chapter#ferry:\n"
+                                         "  event 8 removed   phase 1 capture  target chapter#rope  related node book\n"
+                                         "  event 4 inserted  phase 1 capture  target chapter#rope  related node book\n"
+                                         "chapter#other-bank is removed:\n"
+                                         "  event 8 removed   phase 1 capture  target chapter#other-bank  related node book\n"));
+}
+
+TEST(ManuscriptTourTest, PrintsTheOutlineAgainAfterTheEdits) {
+    const std::string output = tour(sample()).output;
+    const std::string after = output.substr(output.find("The outline now:"));
+    EXPECT_THAT(after, HasSubstr("/book[1]/chapter[1]                          depth 1  The Rope\n"));
+    EXPECT_THAT(after, HasSubstr("/book[1]/chapter[2]                          depth 1  The Crossing\n"));
+    EXPECT_THAT(after, Not(HasSubstr("The Other Bank")));
+    EXPECT_THAT(after, HasSubstr("nodes by class:  Section 23  WQXMLAttr 52  WQXMLElement 97  WQXMLNode 3  WQXMLText 240\n"));
+}
+
+TEST(ManuscriptTourTest, ReadsHTMLWhosePathsBeginAtTheNamelessDocument) {
+    const std::string page =
+        fileWith("page.html", "<!DOCTYPE html><html><body><div><h1>One</h1></div><div><h2>Two</h2></div></body></html>");
+    const Result result = tour(page);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("/(null)[1]/html[1]/body[1]/div[2]            depth 2  Two\n"));
+}
+
+TEST(ManuscriptTourTest, ReadsXHTMLAsXML) {
+    const std::string page = fileWith(
+        "page.xhtml",
+        "<html xmlns='http://www.w3.org/1999/xhtml'><head><title>t</title></head><body><section><h1>A</h1></section></body></html>");
+    const Result result = tour(page);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("  /html[1]/body[1]/section[1]                  depth 2  A\n"));
+}
+
+TEST(ManuscriptTourTest, ADocumentWithoutSiblingsHasNothingToMove) {
+    const Result result = tour(fileWith("single.xml", "<a/>"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("there is nothing to move"));
+}
+
+TEST(ManuscriptTourTest, AMissingFileEndsWithOneLine) {
+    const Result result = tour("/nonexistent.xml");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "file:///nonexistent.xml: No such file or directory\n");
+}
+
+TEST(ManuscriptTourTest, AMalformedFileEndsWithItsNameTheLineAndTheMessage) {
+    const std::string path = fileWith("bad.xml", "<a>\n<b>\n</a>");
+    const Result result = tour(path);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, path + ":3: Opening and ending tag mismatch: b line 2 and a\n");
+}
+
+TEST(ManuscriptTourTest, AnEmptyFileEndsWithOneLine) {
+    const std::string path = fileWith("empty.xml", "");
+    const Result result = tour(path);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, path + ": the file is empty\n");
+}
+
+TEST(ManuscriptTourTest, TheFirstProgramPrintsWhatTheReadmeShows) {
+    FILE* pipe = popen(WQ_FIRST_PROGRAM, "r");
+    char buffer[4096];
+    const size_t read = std::fread(buffer, 1, sizeof buffer, pipe);
+    EXPECT_EQ(pclose(pipe), 0);
+    EXPECT_EQ(std::string(buffer, read), "/book[1]/p[1]: Four\n/book[1]/p[2]: One\n/book[1]/p[3]: Two & three\n");
+    EXPECT_THAT(
+        test::contentsOf(test::sourceFolder() / "README.md"),
+        HasSubstr("    /book[1]/p[1]: Four\n    /book[1]/p[2]: One\n    /book[1]/p[3]: Two & three\n"));
+}
+
+}  // namespace
