@@ -2,7 +2,6 @@
 
 #include <libxml/valid.h>
 
-#include <algorithm>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -103,8 +102,12 @@ struct Unbind {
         made->release();
     }
 };
+// Frees a node that has no wrapper yet. What its hooks raise gives way to the failure that leads here.
 struct FreeNode {
-    void operator()(xmlNodePtr node) const { xmlFreeNode(node); }  // no wrapper yet
+    void operator()(xmlNodePtr node) const {
+        GuardedCall guard;
+        xmlFreeNode(node);
+    }
 };
 }  // namespace
 
