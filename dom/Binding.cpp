@@ -32,13 +32,7 @@ OwnNamespace newNamespace(const NSString& uri, const NSString& prefix) {
 
 namespace {
 
-// The wrapper of a document that this library made; null for one of the application's own, whatever
-// it keeps in `_private`. The field beside it is as unused as that of nodes.
-WQXMLDocument* wrapperOf(xmlDocPtr doc) {
-    return doc && doc->psvi && doc->psvi == doc->_private ? static_cast<WQXMLDocument*>(doc->_private) : nullptr;
-}
-
-WQXMLDocument* documentOf(xmlNodePtr node) { return wrapperOf(node->doc); }
+WQXMLDocument* documentOf(xmlNodePtr node) { return Binding::wrapperOf(node->doc); }
 
 // A document knows its DTDs by other links as well.
 bool isLinked(xmlNodePtr node) { return node->parent || node->prev || node->next || node->type == XML_DTD_NODE; }
@@ -76,6 +70,7 @@ public:
     }
     ~IdentifierUpdate() {
         if (!attribute) return;
+        attribute->atype = XML_ATTRIBUTE_ID;  // also while it has no value
         if (xmlChar* value = xmlNodeListGetString(attribute->doc, attribute->children, 1)) {
             xmlAddID(nullptr, attribute->doc, value, attribute);
             xmlFree(value);
@@ -127,6 +122,10 @@ bool Binding::bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node) {
     return true;
 }
 
+WQXMLDocument* Binding::wrapperOf(xmlDocPtr doc) {
+    return doc && doc->psvi && doc->psvi == doc->_private ? static_cast<WQXMLDocument*>(doc->_private) : nullptr;
+}
+
 void Binding::bindDocument(WQXMLDocument* document, xmlDocPtr doc) { doc->_private = doc->psvi = document; }
 
 WQXMLNode* Binding::makeWrapper(const Class* aClass, xmlNodePtr node) {
@@ -163,6 +162,12 @@ void Binding::leaveNamespaces(WQXMLNode* leaving, xmlNodePtr node, WQXMLNode* st
     } else {
         for (xmlNsPtr ns : left) xmlFreeNs(ns);  // only elements are given any
     }
+}
+
+void Binding::ownBorrowed(WQXMLNode* element, xmlNsPtr ns) {
+    if (element->ownedNs() == ns) return;
+    std::erase(borrowedNamespaces(element), ns);
+    element->setOwnedNs(ns);
 }
 
 Ref<WQXMLNode> Binding::adoptNewNode(xmlNodePtr node) {
@@ -348,6 +353,12 @@ void setDocument(xmlNodePtr root, xmlDocPtr doc) {
     });
 }
 
+}  // namespace
+
+void Binding::nameDocument(xmlNodePtr node, xmlDocPtr doc) { setDocument(node, doc); }
+
+namespace {
+
 void moveToDocument(xmlNodePtr node, xmlDocPtr doc) {
     Binding::attach(node);
     if (node->doc == doc) return;
@@ -512,11 +523,12 @@ void Binding::freeNode(WQXMLNode* wrapper) {
     attach(node);
     node->_private = nullptr;
     wrapper->my.impl = nullptr;
+    const Ref<WQXMLDocument> kept(documentOf(node));  // a wrapper below may hold the last count of it
     xmlFreeNode(node);
 }
 
 void Binding::letDetachedNodesGo(xmlDocPtr doc) {
-    WQXMLDocument* document = wrapperOf(doc);
+    WQXMLDocument* document = Binding::wrapperOf(doc);
     if (!document) return;
     doc->_private = doc->psvi = nullptr;
     const DetachedNode& list = document->detachedNodes();

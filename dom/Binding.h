@@ -29,6 +29,11 @@ void startLibrary();
 inline WQXMLNode* wrapper(const void* node) noexcept {
     return node ? static_cast<WQXMLNode*>(static_cast<const xmlNode*>(node)->_private) : nullptr;
 }
+// The class of an object, for making another of it; T where no Class made the object.
+template <class T> const Class& classOf(const T& object) {
+    const Class* made = Class::of(object);
+    return made ? *made : Class::of<T>();
+}
 inline Ref<WQXMLNode> wrapped(const void* node) noexcept { return Ref<WQXMLNode>(wrapper(node)); }
 
 // A string as libxml2 takes it: UTF-8 with a NUL behind it, or a null pointer for null.
@@ -118,6 +123,11 @@ struct Binding {
     // the node is freed then, and also if it raises.
     static bool bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node);
     static void bindDocument(WQXMLDocument* document, xmlDocPtr doc);
+    // Null for a document of the application's own, whatever that keeps in `_private`: ours are told by
+    // the field beside it, which is as unused as that of nodes.
+    static WQXMLDocument* wrapperOf(xmlDocPtr doc);
+    // The node, and all below it, name that document.
+    static void nameDocument(xmlNodePtr node, xmlDocPtr doc);
     // Makes a wrapper of that class for a node. Null if it refuses. Not stored in the node yet.
     static WQXMLNode* makeWrapper(const Class* aClass, xmlNodePtr node);
     // Puts a new wrapper in the place of the present one, which dies for its node.
@@ -125,6 +135,8 @@ struct Binding {
     // A wrapper leaves a node that goes on using its namespaces: they go to the wrapper that stays, or
     // to the element itself.
     static void leaveNamespaces(WQXMLNode* leaving, xmlNodePtr node, WQXMLNode* staying);
+    // A namespace among those that were left to this element becomes its own one.
+    static void ownBorrowed(WQXMLNode* element, xmlNsPtr ns);
     // A node that the hook has just wrapped becomes the caller's: its count, and the node with it.
     static Ref<WQXMLNode> adoptNewNode(xmlNodePtr node);
 

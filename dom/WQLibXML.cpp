@@ -91,8 +91,8 @@ int64_t wq::numberOfLivingNodes() noexcept { return gLivingNodes; }
 
 void checkNode() {
     xmlNodePtr node = std::exchange(gCheckNode, nullptr);
-    if (!node || !node->doc || !node->doc->_private) return;
-    static_cast<WQXMLDocument*>(node->doc->_private)->fixElementClass(node);
+    if (!node) return;
+    if (WQXMLDocument* document = wq::Binding::wrapperOf(node->doc)) document->fixElementClass(node);
 }
 
 void xmlRegisterNode(xmlNodePtr node) {

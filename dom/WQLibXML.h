@@ -35,8 +35,8 @@ void xmlRegisterNode(_xmlNode* node);
 void xmlDeregisterNode(_xmlNode* node);
 
 // libxml2's error callback. Raises "XML Exception" with the message as reason, for warnings too.
-// While one of this library's own calls into libxml2 runs, the first error is kept, the parser is
-// stopped, and the exception leaves that call when libxml2 has returned. In the reason "%%" is one
+// While one of this library's own calls into libxml2 runs, the first error is kept, the parser
+// builds nothing more, and the exception leaves that call when libxml2 has returned. In the reason "%%" is one
 // percent sign and "%@" the text of null; everything else stands as libxml2 wrote it.
 void wqStructuredErrorFunc(void* context, _xmlError* error);
 

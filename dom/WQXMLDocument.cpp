@@ -200,6 +200,7 @@ Ref<WQXMLElement> WQXMLDocument::documentElement() const {
 
 void WQXMLDocument::setDocumentElement(Ref<WQXMLElement>&& element) {
     if (!my.docImpl || !element->xmlNode() || element == documentElement()) return;
+    const Ref<WQXMLNode> receiver = self();
     Binding::linkAsRoot(std::move(element), my.docImpl);
 }
 
@@ -230,7 +231,7 @@ Ref<WQXMLElement> WQXMLDocument::createElement(const NSString& name) {
     const Bytes bytes(name);
     xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);
     if (!node) return nullptr;
-    node->doc = my.docImpl;
+    Binding::nameDocument(node, my.docImpl);
     return adoptElement(node);
 }
 
@@ -248,9 +249,11 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
         return nullptr;
     }
     xmlSetNs(node, ns.get());  // ahead of the check: the class depends on it
-    node->doc = my.docImpl;
+    xmlNs* given = ns.get();
+    if (WQXMLNode* first = wq::wrapper(node)) first->setOwnedNs(ns.release());  // the check may raise
+    Binding::nameDocument(node, my.docImpl);
     Ref<WQXMLElement> element = adoptElement(node);
-    if (element) element->setOwnedNs(ns.release());
+    if (element) Binding::ownBorrowed(element.get(), given);
     return element;
 }
 

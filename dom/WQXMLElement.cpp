@@ -2,6 +2,7 @@
 
 #include "dom/Binding.h"
 #include "dom/WQXMLAttr.h"
+#include "dom/WQXMLDocument.h"
 #include "dom/WQXMLExceptionNames.h"
 #include "dom/WQXMLMutationEvent.h"
 #include "platform/Assertion.h"
@@ -81,6 +82,7 @@ Ref<WQXMLElement> WQXMLElement::childElementWithLocalName_namespaceURI(const NSS
 void WQXMLElement::setAttribute_value(const NSString& name, const NSString& value) {
     if (!xmlNode() || !name) return;
     const Ref<WQXMLNode> receiver = self();
+    const Ref<WQXMLDocument> document = ownerDocument();
     const NSString previous = getAttribute(name);
     xmlAttrPtr attribute = nullptr;
     wq::guarded([&] { attribute = xmlSetProp(xmlNode(), Bytes(name), Bytes(value)); });  // old value texts go by the hook
@@ -88,11 +90,16 @@ void WQXMLElement::setAttribute_value(const NSString& name, const NSString& valu
 }
 
 void WQXMLElement::removeAttribute(const NSString& name) {
-    if (xmlNode()) wq::guarded([&] { xmlUnsetProp(xmlNode(), Bytes(name)); });  // its wrapper goes by the hook
+    if (!xmlNode()) return;
+    const Ref<WQXMLNode> receiver = self();
+    const Ref<WQXMLDocument> document = ownerDocument();
+    wq::guarded([&] { xmlUnsetProp(xmlNode(), Bytes(name)); });  // its wrapper goes by the hook
 }
 
 void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName, const NSString& uri, const NSString& value) {
     if (!xmlNode() || !qualifiedName) return;
+    const Ref<WQXMLNode> receiver = self();
+    const Ref<WQXMLDocument> document = ownerDocument();
     const NSString local = localNameForQName(qualifiedName), prefix = prefixForQName(qualifiedName);
     if (!local || (!uri && prefix))
         throw WQXMLException(WQXMLNamespaceException, u"Mismatch between qualified name and namespace parameters.");
@@ -109,6 +116,8 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
 
 void WQXMLElement::removeAttribute_namespaceURI(const NSString& localName, const NSString& uri) {
     if (!xmlNode() || !localName) return;
+    const Ref<WQXMLNode> receiver = self();
+    const Ref<WQXMLDocument> document = ownerDocument();
     wq::OwnNamespace ns = uri ? wq::newNamespace(uri, nullptr) : nullptr;
     WQ_ASSERT(!uri || ns, u"Internal Error: Could not create namespace for removeAttribute");
     wq::guarded([&] { xmlUnsetNsProp(xmlNode(), ns.get(), Bytes(localName)); });  // its wrapper goes by the hook
@@ -158,9 +167,9 @@ void WQXMLElement::mergeWithNode(const Ref<WQXMLNode>& merged) {
 Ref<WQXMLNode> WQXMLElement::copyWithZone() const {
     if (!xmlNode()) return nullptr;
     const auto copied =
-        wq::make<WQXMLElement>(*wq::Class::of(*this), &WQXMLElement::initWithQualifiedName_namespaceURI, nodeName(), namespaceURI());
+        wq::make<WQXMLElement>(wq::classOf(*this), &WQXMLElement::initWithQualifiedName_namespaceURI, nodeName(), namespaceURI());
     if (!copied) return nullptr;
-    copied->xmlNode()->doc = xmlNode()->doc;
+    Binding::nameDocument(copied->xmlNode(), xmlNode()->doc);
     Binding::detach(copied->xmlNode());
     for (Ref<WQXMLNode> attribute = firstAttribute(); attribute; attribute = attribute->nextSibling())
         copied->setAttribute_namespaceURI_value(attribute->nodeName(), attribute->namespaceURI(), wq::cast<WQXMLAttr>(attribute)->value());

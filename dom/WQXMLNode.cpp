@@ -127,9 +127,7 @@ Ref<WQXMLNode> WQXMLNode::lastChild() const { return wrapped(my.impl ? my.impl->
 Ref<WQXMLNode> WQXMLNode::previousSibling() const { return wrapped(my.impl ? my.impl->prev : nullptr); }
 Ref<WQXMLNode> WQXMLNode::nextSibling() const { return wrapped(my.impl ? my.impl->next : nullptr); }
 
-Ref<WQXMLDocument> WQXMLNode::ownerDocument() const {
-    return Ref<WQXMLDocument>(static_cast<WQXMLDocument*>(wrapper(my.impl ? my.impl->doc : nullptr)));
-}
+Ref<WQXMLDocument> WQXMLNode::ownerDocument() const { return Ref<WQXMLDocument>(Binding::wrapperOf(my.impl ? my.impl->doc : nullptr)); }
 
 Ref<WQXMLNode> WQXMLNode::next() const {
     if (!my.impl) return nullptr;

@@ -111,7 +111,7 @@ public:
     // the child there: an attribute anywhere but on an element, another node among attributes, a
     // DTD anywhere but in a document, an element below an attribute, and anything below a text, a
     // comment or another node that has no children in libxml2.
-    // Adjacent texts stay separate. A node put below itself is not refused, and makes a cycle.
+    // Adjacent texts stay separate. A node put below itself is not refused: the call does not return.
     virtual Ref<WQXMLNode> insertChild_before(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& reference);
     void insertChild_atIndex(const Ref<WQXMLNode>& child, uint64_t index);  // past the end: appends
     Ref<WQXMLNode> appendChild(const Ref<WQXMLNode>& child);

@@ -26,7 +26,7 @@ Ref<WQXMLNode> WQXMLText::splitAtIndex(uint64_t index) {
     const Ref<WQXMLNode> parent = parentNode();
     if (!parent) return nullptr;
     const NSRange behind{index, length - index};
-    const auto tail = wq::make<WQXMLText>(*wq::Class::of(*this), &WQXMLText::initWithString, substringWithRange(behind));
+    const auto tail = wq::make<WQXMLText>(wq::classOf(*this), &WQXMLText::initWithString, substringWithRange(behind));
     if (!tail) return nullptr;
     deleteCharactersInRange(behind);
     parent->insertChild_before(tail, nextSibling());
@@ -35,7 +35,7 @@ Ref<WQXMLNode> WQXMLText::splitAtIndex(uint64_t index) {
 
 Ref<WQXMLNode> WQXMLText::copyWithZone() const {
     if (!xmlNode()) return nullptr;
-    const auto copied = wq::make<WQXMLText>(*wq::Class::of(*this), &WQXMLText::init);
+    const auto copied = wq::make<WQXMLText>(wq::classOf(*this), &WQXMLText::init);
     copied->setString(string());
     return copied;
 }
