@@ -96,15 +96,13 @@ template <class Call> void guarded(Call&& call) {
     guard.raise();
 }
 
-// For callbacks that libxml2 calls: keeps what `work` raises if a guarded call runs. False if it raised.
-bool keepFailure(auto&& work) {
+// For callbacks that libxml2 calls: keeps what `work` raises if a guarded call runs; else it goes on.
+void keepFailure(auto&& work) {
     try {
         work();
-        return true;
     } catch (...) {
         if (!GuardedCall::current) throw;
         GuardedCall::current->keep(std::current_exception());
-        return false;
     }
 }
 
