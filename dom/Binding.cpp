@@ -9,6 +9,7 @@
 #include "dom/Rare.h"
 #include "dom/WQXMLDocument.h"
 #include "dom/WQXMLElement.h"
+#include "platform/WQXMLException.h"
 
 namespace wq {
 
@@ -28,6 +29,22 @@ NSString takeString(xmlChar* bytes) {
 
 OwnNamespace newNamespace(const NSString& uri, const NSString& prefix) {
     return OwnNamespace(xmlNewNs(nullptr, Bytes(uri), Bytes(prefix)));
+}
+
+void FreeDocument::operator()(xmlDocPtr doc) const {
+    GuardedCall guard;  // nothing of the application is asked about such a document
+    xmlFreeDoc(doc);
+}
+
+// libxml2 finds the entry by the attribute's value, and misses it where that holds an entity reference.
+void Binding::forgetIdentifier(xmlAttrPtr attribute) {
+    if (attribute->atype != XML_ATTRIBUTE_ID || !attribute->doc) return;
+    if (xmlRemoveID(attribute->doc, attribute) == 0) return;
+    auto forget = [](void* entry, void* gone, const xmlChar*) {
+        auto* identifier = static_cast<xmlIDPtr>(entry);
+        if (identifier->attr == gone) identifier->attr = nullptr;
+    };
+    xmlHashScan(static_cast<xmlHashTablePtr>(attribute->doc->ids), forget, attribute);
 }
 
 namespace {
@@ -66,7 +83,7 @@ public:
         xmlAttrPtr parent = parentOfValue ? asAttribute(parentOfValue) : nullptr;
         if (!parent || parent->atype != XML_ATTRIBUTE_ID || !parent->doc) return;
         attribute = parent;
-        xmlRemoveID(attribute->doc, attribute);
+        Binding::forgetIdentifier(attribute);
     }
     ~IdentifierUpdate() {
         if (!attribute) return;
@@ -338,7 +355,7 @@ namespace {
 void setDocument(xmlNodePtr root, xmlDocPtr doc) {
     if (root->doc == doc) return;
     auto move = [doc](xmlAttrPtr attribute) {
-        if (attribute->atype == XML_ATTRIBUTE_ID) xmlRemoveID(attribute->doc, attribute);
+        Binding::forgetIdentifier(attribute);
         attribute->doc = doc;
         for (xmlNodePtr value = attribute->children; value; value = value->next) {
             if (value->type == XML_ENTITY_REF_NODE) value->children = value->last = nullptr;
@@ -444,11 +461,15 @@ bool hasOtherDTD(xmlNodePtr document, xmlNodePtr dtd) {
 
 }  // namespace
 
+// A document of the application's own may keep the names of its nodes in a dictionary, and take it along.
+bool Binding::canLeave(xmlNodePtr node, xmlDocPtr forDocument) { return node->doc == forDocument || !node->doc || !node->doc->dict; }
+
 bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference) {
     if (reference) {
         parent = reference->parent;
         if (asAttribute(reference) && !asAttribute(child)) return false;
     }
+    if (!canLeave(child, (parent ? parent : reference)->doc)) return false;
     if (!parent) return child->type != XML_ATTRIBUTE_NODE && child->type != XML_DTD_NODE;
     if (asAttribute(child)) return parent->type == XML_ELEMENT_NODE;
     if (child->type == XML_DTD_NODE) return isDocumentNode(parent) && !hasOtherDTD(parent, child);
@@ -510,9 +531,37 @@ void Binding::linkAsRoot(Ref<WQXMLElement>&& element, xmlDocPtr doc) {
 
 // ---- Content
 
-void Binding::setContent(xmlNodePtr text, const NSString& content) {
+void Binding::setContent(xmlNodePtr text, const xmlChar* content) {
     IdentifierUpdate update(text->parent);
-    xmlNodeSetContent(text, Bytes(content));  // the content of a text is taken as it stands
+    xmlNodeSetContent(text, content);  // the content of a text is taken as it stands
+}
+
+void Binding::setValue(xmlAttrPtr attribute, const NSString& value) {
+    const Bytes bytes(value);
+    IdentifierUpdate update(reinterpret_cast<xmlNodePtr>(attribute));
+    guarded([&] {
+        xmlNodePtr old = std::exchange(attribute->children, nullptr);
+        attribute->last = nullptr;
+        if (old) xmlFreeNodeList(old);  // its wrappers go by the hook
+        if (!value) return;
+        xmlChar* encoded = xmlEncodeEntitiesReentrant(attribute->doc, bytes);
+        attribute->children = xmlStringGetNodeList(attribute->doc, encoded);
+        for (xmlNodePtr text = attribute->children; text; text = text->next) {
+            text->parent = reinterpret_cast<xmlNodePtr>(attribute);
+            attribute->last = text;
+        }
+        xmlFree(encoded);
+    });
+}
+
+void Binding::appendCopies(WQXMLNode* parent, xmlNodePtr originals) {
+    xmlNodePtr node = parent->my.impl, added = nullptr;
+    xmlDocPtr doc = node ? node->doc : nullptr;
+    xmlNodePtr copies = guarded([&] { return xmlDocCopyNodeList(doc, originals); }, xmlFreeNodeList);
+    if (node) guarded([&] { added = xmlAddChildList(node, copies); });
+    if (added) return;
+    if (copies) guarded([&] { xmlFreeNodeList(copies); });
+    throw WQXMLException(NSInternalInconsistencyException, u"Could not add children to element");
 }
 
 // ---- The end

@@ -41,6 +41,7 @@ class Bytes {
 public:
     explicit Bytes(const NSString& string) : text(toUTF8(string)), present(string) {}
     operator const xmlChar*() const { return present ? reinterpret_cast<const xmlChar*>(text.c_str()) : nullptr; }
+    const char* characters() const { return present ? text.c_str() : nullptr; }
 
 private:
     std::string text;
@@ -49,6 +50,12 @@ private:
 
 // A string that libxml2 made for us; frees it.
 NSString takeString(xmlChar* bytes);
+
+// A document of nobody's, for what is read and thrown away.
+struct FreeDocument {
+    void operator()(xmlDocPtr doc) const;
+};
+using OwnDocument = std::unique_ptr<xmlDoc, FreeDocument>;
 
 // A namespace in no nsDef list. Null where libxml2 refuses: for the prefix "xml".
 struct FreeNamespace {
@@ -106,6 +113,17 @@ void keepFailure(auto&& work) {
     }
 }
 
+// What `use` makes of a copy that libxml2 makes, and that is freed behind it.
+template <class Copy, class Use, class Free> NSString fromCopy(Copy&& copy, Use&& use, Free&& free) {
+    GuardedCall guard;
+    NSString result;
+    auto copied = copy();
+    keepFailure([&] { result = use(copied); });
+    if (copied) free(copied);
+    guard.raise();
+    return result;
+}
+
 // Makes a parser build nothing more. It reads on to the end of its input: xmlStopParser would free
 // that under attribute values that the callback of their element still reads.
 void stopParser(void* context) noexcept;
@@ -140,6 +158,7 @@ struct Binding {
 
     // ---- Linking
 
+    static bool canLeave(xmlNodePtr node, xmlDocPtr forDocument);
     // Whether libxml2 can own the child there, and keep its lists sound.
     static bool canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference);
     // Ahead of the reference, wherever that is.
@@ -164,7 +183,15 @@ struct Binding {
 
     // ---- Content
 
-    static void setContent(xmlNodePtr text, const NSString& content);
+    static void setContent(xmlNodePtr text, const xmlChar* content);
+    static void setValue(xmlAttrPtr attribute, const NSString& value);
+    // Copies of a list of nodes become the last children. Raises "Could not add children to element".
+    static void appendCopies(WQXMLNode* parent, xmlNodePtr originals);
+
+    // ---- Identifiers
+
+    // An attribute leaves its document's table of identifiers, since it dies or changes.
+    static void forgetIdentifier(xmlAttrPtr attribute);
 
     // ---- The end, within a guarded call of the caller
 

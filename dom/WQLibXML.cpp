@@ -112,6 +112,7 @@ void xmlDeregisterNode(xmlNodePtr node) {
     count(-1);
     wq::keepFailure([&] {
         wq::keepFailure(settlePendingCheck);  // the rest must not be left out
+        if (node->type == XML_ATTRIBUTE_NODE) wq::Binding::forgetIdentifier(reinterpret_cast<xmlAttrPtr>(node));
         if (!node->_private || node->_private == kNoWrapper) return;
         if (isDocument(node)) return wq::Binding::letDetachedNodesGo(reinterpret_cast<xmlDocPtr>(node));
         wq::Binding::attach(node);  // it may have been freed while it was listed as detached

@@ -18,7 +18,8 @@ void WQXMLCharacterData::replaceCharactersInRange_withString(NSRange range, cons
     if (!xmlNode()) return;
     const Ref<WQXMLNode> receiver = self();
     const NSString old = this->string();
-    wq::Binding::setContent(xmlNode(), old ? old.stringByReplacingCharactersInRange_withString(range, string) : string);
+    const NSString edited = old ? old.stringByReplacingCharactersInRange_withString(range, string) : string;
+    wq::Binding::setContent(xmlNode(), wq::Bytes(edited));
     notifyDidReplaceCharactersInRange_withString_oldString(range, string, old);
 }
 

@@ -2,16 +2,24 @@
 
 #include <libxml/HTMLparser.h>
 #include <libxml/SAX2.h>
+#include <libxml/c14n.h>
 #include <libxml/parser.h>
+#include <libxml/valid.h>
+#include <libxml/xpath.h>
+#include <libxml/xpathInternals.h>
 
 #include <climits>
 #include <cstring>
 
 #include "dom/Binding.h"
+#include "dom/WQXMLAttr.h"
+#include "dom/WQXMLWriter.h"
 #include "platform/Assertion.h"
 
 using wq::Binding;
 using wq::Bytes;
+
+const char16_t* const WQXMLElementsNamespace = u"http://" WQ_ELEMENTS_HOST u"/elements/1.0";
 
 // ---- Making one
 
@@ -166,7 +174,8 @@ bool WQXMLDocument::initWithData_baseURL_arguments_error(
     Ref<NSError>*) {
     wq::startLibrary();
     takeClassMap(arguments);
-    const std::string_view bytes = data->view();
+    const auto kept = data->snapshot();  // whatever an element class does with the data
+    const std::string_view bytes = kept ? std::string_view(*kept) : std::string_view();
     if (bytes.size() > INT_MAX) return false;
 
     xmlLoadExtDtdDefaultValue = XML_DETECT_IDS;  // the last parse may have been somebody else's
@@ -200,6 +209,7 @@ Ref<WQXMLElement> WQXMLDocument::documentElement() const {
 
 void WQXMLDocument::setDocumentElement(Ref<WQXMLElement>&& element) {
     if (!my.docImpl || !element->xmlNode() || element == documentElement()) return;
+    if (!Binding::canLeave(element->xmlNode(), my.docImpl)) return;
     const Ref<WQXMLNode> receiver = self();
     Binding::linkAsRoot(std::move(element), my.docImpl);
 }
@@ -270,7 +280,170 @@ Ref<WQXMLText> WQXMLDocument::createTextNode(const NSString& string) {
     return wq::cast<WQXMLText>(Binding::adoptNewNode(node));
 }
 
+// ---- Finding nodes
+
+Ref<WQXMLElement> WQXMLDocument::getElementById(const NSString& identifier) const {
+    if (!my.docImpl) return nullptr;
+    const xmlAttr* attribute = xmlGetID(my.docImpl, Bytes(identifier));
+    if (!attribute || attribute->type != XML_ATTRIBUTE_NODE) return nullptr;  // an entry that was forgotten
+    return wq::cast<WQXMLElement>(wq::wrapped(attribute->parent));
+}
+
+void WQXMLDocument::registerXPathPrefix_forNamespace(const NSString& prefix, const NSString& uri) {
+    if (!my.xpathPrefixes) my.xpathPrefixes = NSDictionary::dictionary();
+    my.xpathPrefixes->setObject_forKey(prefix, uri);
+}
+
+namespace {
+
+struct FreeContext {
+    void operator()(xmlXPathContextPtr context) const { xmlXPathFreeContext(context); }
+};
+struct FreeResult {
+    void operator()(xmlXPathObjectPtr result) const { xmlXPathFreeObject(result); }
+};
+
+// Besides reporting it as an error, libxml2 prints the name of a function that it does not know.
+class WithoutPrinting {
+public:
+    WithoutPrinting() : function(xmlGenericError), context(xmlGenericErrorContext) { xmlSetGenericErrorFunc(nullptr, printNothing); }
+    ~WithoutPrinting() { xmlSetGenericErrorFunc(context, function); }
+    WithoutPrinting(const WithoutPrinting&) = delete;
+    WithoutPrinting& operator=(const WithoutPrinting&) = delete;
+
+private:
+    static void printNothing(void*, const char*, ...) {}
+    xmlGenericErrorFunc function;
+    void* context;
+};
+
+WQXMLNode::Sequence wrappersOf(const xmlNodeSet* nodes) {
+    WQXMLNode::Sequence sequence;
+    for (int i = 0; nodes && i < nodes->nodeNr; ++i) {
+        const xmlNode* node = nodes->nodeTab[i];
+        if (node->type == XML_NAMESPACE_DECL) continue;  // has other fields than a node
+        if (auto wrapper = wq::wrapped(node)) sequence.push_back(wrapper);
+    }
+    return sequence;
+}
+
+}  // namespace
+
+std::optional<WQXMLNode::Sequence> WQXMLDocument::nodesForXPath_currentNode(const NSString& expression, const Ref<WQXMLNode>& currentNode)
+    const {
+    if (!my.docImpl) return std::nullopt;
+    wq::GuardedCall guard;
+    const WithoutPrinting silence;
+    const std::unique_ptr<xmlXPathContext, FreeContext> context(xmlXPathNewContext(my.docImpl));
+    if (!context) return std::nullopt;
+    xmlXPathRegisterNs(context.get(), BAD_CAST "wq", Bytes(WQXMLElementsNamespace));
+    if (my.xpathPrefixes)
+        for (auto& [uri, prefix] : *my.xpathPrefixes.get()) xmlXPathRegisterNs(context.get(), Bytes(prefix.string()), Bytes(uri));
+    if (currentNode) context->node = currentNode->xmlNode();
+
+    const std::unique_ptr<xmlXPathObject, FreeResult> result(xmlXPathEvalExpression(Bytes(expression), context.get()));
+    guard.raise();
+    if (!result || result->type != XPATH_NODESET) return std::nullopt;
+    return wrappersOf(result->nodesetval);
+}
+
+// ---- Writing
+
+namespace {
+
+Ref<NSData> dumped(xmlDocPtr doc, bool format) {
+    xmlChar* bytes = nullptr;
+    int length = 0;
+    wq::GuardedCall guard;
+    xmlDocDumpFormatMemoryEnc(doc, &bytes, &length, nullptr, format);
+    const std::unique_ptr<xmlChar, decltype(xmlFree)> owned(bytes, xmlFree);
+    guard.raise();
+    return bytes ? NSData::dataWithBytes({reinterpret_cast<const char*>(bytes), static_cast<size_t>(length)}) : nullptr;
+}
+
+}  // namespace
+
+Ref<NSData> WQXMLDocument::XMLData() const { return my.docImpl ? dumped(my.docImpl, false) : nullptr; }
+
+Ref<NSData> WQXMLDocument::formattedXMLData() const {
+    if (!my.docImpl) return nullptr;
+    const int indents = xmlThrDefIndentTreeOutput(1);
+    const char* indentation = xmlThrDefTreeIndentString("  ");
+    auto restore = [&](void*) {
+        xmlThrDefIndentTreeOutput(indents);
+        xmlThrDefTreeIndentString(indentation);
+    };
+    const std::unique_ptr<void, decltype(restore)> restored(my.docImpl, restore);
+    return dumped(my.docImpl, true);
+}
+
+NSString WQXMLDocument::canonicalRepresentation() const {
+    if (!my.docImpl) return nullptr;
+    xmlChar* text = nullptr;
+    wq::GuardedCall guard;
+    xmlC14NDocDumpMemory(my.docImpl, nullptr, XML_C14N_1_0, nullptr, 0, &text);
+    const NSString canonical = wq::takeString(text);
+    guard.raise();
+    return canonical;
+}
+
+void WQXMLDocument::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
+    if (!my.docImpl) return;
+    if (writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"utf-8", u"no") == -1) return;
+    for (Ref<WQXMLNode> node = wq::wrapped(my.docImpl->children); node; node = node->nextSibling()) node->encodeWithWriter(writer);
+    const int32_t ended = writer->endDocument();
+    WQ_ASSERT(ended != -1, u"Could not write document end tag");
+    writer->flush();
+}
+
 void WQXMLDocument::printTree() const { documentElement()->printTree(); }
+
+// ---- A bag of values
+
+NSValue WQXMLDocument::valueForUndefinedKey(const NSString& key) const { return my.additionalKeys->objectForKey(key); }
+
+void WQXMLDocument::setValue_forUndefinedKey(const NSValue& value, const NSString& key) {
+    if (!value) return my.additionalKeys->removeObjectForKey(key);
+    if (!my.additionalKeys) my.additionalKeys = NSDictionary::dictionary();
+    my.additionalKeys->setObject_forKey(value, key);
+}
+
+// ---- In name only
+
+Ref<WQXMLNode> WQXMLDocument::createComment(const NSString&) {
+    WQ_ASSERT(false, u"createComment: is unimplemented");
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLDocument::createAttribute(const NSString&) {
+    WQ_ASSERT(false, u"createAttribute: is unimplemented");
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLDocument::createAttribute_namespaceURI(const NSString&, const NSString&) {
+    WQ_ASSERT(false, u"createAttribute:namespaceURI: is unimplemented");
+    return nullptr;
+}
+
+Ref<WQXMLNode> WQXMLDocument::importNode_deep(const Ref<WQXMLNode>&, bool) {
+    WQ_ASSERT(false, u"This function is unimplemented");
+    return nullptr;
+}
+
+std::optional<WQXMLNode::Sequence> WQXMLDocument::getElementsByTagName(const NSString&) const {
+    WQ_ASSERT(false, u"This function is unimplemented");
+    return std::nullopt;
+}
+
+std::optional<WQXMLNode::Sequence> WQXMLDocument::getElementsByTagName_namespaceURI(const NSString&, const NSString&) const {
+    WQ_ASSERT(false, u"This function is unimplemented");
+    return std::nullopt;
+}
+
+Ref<WQXMLNode> WQXMLDocument::copyWithZone() const {
+    WQ_ASSERT(false, u"copyWithZone: not implemented in WQXMLDocument");
+    return nullptr;
+}
 
 // ---- The class of an element
 

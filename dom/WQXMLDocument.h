@@ -19,8 +19,12 @@
 // is made for that, and let go.
 //
 // External identifiers are looked up by libxml2 as it is set up: catalogs, files, network. An
-// application forbids that with xmlSetExternalEntityLoader and a loader that answers an empty
-// input; one that answers null makes every document with an external DTD raise.
+// application forbids that with libxml2's own xmlSetExternalEntityLoader and a loader that answers an
+// empty input; one that answers null makes every document with an external DTD raise.
+//
+//     xmlSetExternalEntityLoader([](const char*, const char*, xmlParserCtxtPtr parser) {
+//         return xmlNewStringInputStream(parser, BAD_CAST "");
+//     });
 #pragma once
 
 #include <map>
@@ -63,6 +67,10 @@ inline constexpr const char16_t* DefaultElementClassesKey = u"DefaultElementClas
 // Keys of the map of element classes.
 inline constexpr const char16_t* DefaultNamespaceKey = u"DefaultNamespace";
 inline constexpr const char16_t* DefaultElementKey = u"DefaultElement";
+
+// The namespace of the library's own elements, which the prefix "wq" means in every XPath query. Whoever
+// builds the library says whose it is: -DWQ_ELEMENTS_HOST=HOST gives "http://HOST/elements/1.0".
+extern const char16_t* const WQXMLElementsNamespace;
 
 template <class T> class NilDocument;
 
@@ -114,7 +122,59 @@ public:
     // DefaultTextClass is no WQXMLText; null then.
     virtual Ref<WQXMLText> createTextNode(const NSString& string);
 
+    // In name only: they assert "createComment: is unimplemented" and so on, the last one "This function
+    // is unimplemented", and answer null.
+    Ref<WQXMLNode> createComment(const NSString& text);
+    Ref<WQXMLAttr> createAttribute(const NSString& name);
+    Ref<WQXMLAttr> createAttribute_namespaceURI(const NSString& qualifiedName, const NSString& uri);
+    Ref<WQXMLNode> importNode_deep(const Ref<WQXMLNode>& node, bool deep);
+
+    // ---- Finding nodes
+
+    // What libxml2 keeps as identifiers: "xml:id", attributes that a DTD declares as ID, and in HTML "id",
+    // and "name" of "a". An element that was removed is found for as long as it lives, one that
+    // came from another document is not.
+    Ref<WQXMLElement> getElementById(const NSString& identifier) const;
+
+    // Every query from here on knows the prefix. A namespace has one prefix, the last one registered.
+    // Where two namespaces have the same prefix, the greater URI, unit by unit, has it. Raises
+    // "NSInvalidArgumentException" for a null namespace; a null prefix takes the registration back.
+    virtual void registerXPathPrefix_forNamespace(const NSString& prefix, const NSString& uri);
+    // The nodes in document order; none is an empty sequence. Null for an expression whose value is
+    // no set of nodes. Nodes without a wrapper are left out, so are namespaces. Raises "XML
+    // Exception" for an expression that is malformed, or names a prefix that nobody registered.
+    std::optional<Sequence> nodesForXPath(const NSString& expression) const { return nodesForXPath_currentNode(expression, nullptr); }
+    // Relative paths start at the current node; without one, and with a document, they find nothing.
+    std::optional<Sequence> nodesForXPath_currentNode(const NSString& expression, const Ref<WQXMLNode>& currentNode) const;
+
+    // In name only: both assert "This function is unimplemented" and answer null.
+    std::optional<Sequence> getElementsByTagName(const NSString& name) const;
+    std::optional<Sequence> getElementsByTagName_namespaceURI(const NSString& localName, const NSString& uri) const;
+
+    // ---- Writing: null without a document
+
+    // In the encoding that the document declares; in ASCII with references if it declares none. HTML
+    // is written as XML.
+    Ref<NSData> XMLData() const;
+    Ref<NSData> formattedXMLData() const;  // elements without text among their children on lines of their own, indented by two blanks
+    // Canonical XML 1.0 without comments. Raises "XML Exception" for a document that holds an entity
+    // reference or the relative URI of a namespace.
+    NSString canonicalRepresentation() const;
+    // An XML declaration that says "utf-8" and "no", and the root element. Writes nothing if the writer
+    // refuses the declaration. Asserts "Could not write document end tag". Flushes.
+    void encodeWithWriter(const Ref<WQXMLWriter>& writer) const override;
+
     void printTree() const override;  // of the root element
+
+    // In name only: asserts "copyWithZone: not implemented in WQXMLDocument", and answers null.
+    Ref<WQXMLNode> copyWithZone() const override;
+
+    // ---- A bag of values for the application
+
+    NSValue valueForUndefinedKey(const NSString& key) const;  // null for a key never set
+    // A null value removes the key. Raises "NSInvalidArgumentException" for a null key. The document keeps
+    // the value alive, so a value that holds the document keeps both for good.
+    virtual void setValue_forUndefinedKey(const NSValue& value, const NSString& key);
 
     // ---- For subclasses
 
@@ -150,6 +210,8 @@ private:
     struct {
         _xmlDoc* docImpl = nullptr;
         Ref<NSDictionary> elementClasses;
+        Ref<NSDictionary> xpathPrefixes;
+        Ref<NSDictionary> additionalKeys;
     } my;
 
     using ClassesByName = std::map<std::string, const wq::Class*, std::less<>>;
@@ -167,4 +229,6 @@ public:
     bool initWithData_baseURL_arguments_error(const Ref<NSData>&, const Ref<NSURL>&, const Ref<NSDictionary>&, Ref<NSError>*) override {
         return false;
     }
+    void registerXPathPrefix_forNamespace(const NSString&, const NSString&) override {}
+    void setValue_forUndefinedKey(const NSValue&, const NSString&) override {}
 };

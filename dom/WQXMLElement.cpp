@@ -1,10 +1,15 @@
 #include "dom/WQXMLElement.h"
 
+#include <libxml/parser.h>
+
+#include <climits>
+
 #include "dom/Binding.h"
 #include "dom/WQXMLAttr.h"
 #include "dom/WQXMLDocument.h"
 #include "dom/WQXMLExceptionNames.h"
 #include "dom/WQXMLMutationEvent.h"
+#include "dom/WQXMLWriter.h"
 #include "platform/Assertion.h"
 
 using wq::Binding;
@@ -75,6 +80,79 @@ Ref<WQXMLElement> WQXMLElement::childElementWithLocalName_namespaceURI(const NSS
         if (child->nodeType() == XML_ELEMENT_NODE && child->localName() == localName && child->namespaceURI() == uri)
             return wq::cast<WQXMLElement>(child);
     return nullptr;
+}
+
+// ---- Markup
+
+namespace {
+struct FreeBuffer {
+    void operator()(xmlBufferPtr buffer) const { xmlBufferFree(buffer); }
+};
+using Buffer = std::unique_ptr<xmlBuffer, FreeBuffer>;
+}  // namespace
+
+NSString WQXMLElement::innerXML() const {
+    if (!xmlNode()) return nullptr;
+    if (ownedNs()) self()->reconcileNamespace();
+    auto copy = [this] { return xmlDocCopyNodeList(nullptr, xmlNode()->children); };
+    auto dump = [](xmlNodePtr copies) {
+        const Buffer buffer(xmlBufferCreate());
+        for (xmlNodePtr node = copies; node; node = node->next) xmlNodeDump(buffer.get(), nullptr, node, 0, 0);
+        return wq::fromUTF8(xmlBufferContent(buffer.get()));
+    };
+    return wq::fromCopy(copy, dump, xmlFreeNodeList);
+}
+
+NSString WQXMLElement::outerXMLWithFormat(bool format) const {
+    if (!xmlNode()) return nullptr;
+    if (ownedNs()) self()->reconcileNamespace();
+    auto copy = [this] { return xmlDocCopyNode(xmlNode(), nullptr, 1); };
+    auto dump = [format](xmlNodePtr node) {
+        const Buffer buffer(xmlBufferCreate());
+        const bool failed = xmlNodeDump(buffer.get(), nullptr, node, 0, format) == -1;
+        return failed ? NSString() : wq::fromUTF8(xmlBufferContent(buffer.get()));
+    };
+    return wq::fromCopy(copy, dump, xmlFreeNode);
+}
+
+namespace {
+// Null where there is nothing to read and nothing to report.
+wq::OwnDocument readFragment(std::string_view text) {
+    wq::startLibrary();
+    if (text.size() > INT_MAX) return nullptr;
+    auto read = [&] { return xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0); };
+    return wq::OwnDocument(wq::guarded(read, xmlFreeDoc));
+}
+}  // namespace
+
+void WQXMLElement::setInnerXML(const NSString& markup) {
+    if (!xmlNode()) return;
+    const Ref<WQXMLNode> receiver = self();
+
+    // 1-2. Nothing is touched before the markup is known to be well-formed.
+    const std::string text = "<WQXMLFragment>" + wq::toUTF8(wq::printed(markup)) + "</WQXMLFragment>";
+    const wq::OwnDocument fragment = readFragment(text);
+    const _xmlNode* root = fragment ? xmlDocGetRootElement(fragment.get()) : nullptr;
+
+    // 3. Empty markup leaves the children: wanted.
+    if (!root || !root->children) return;
+
+    // 4-6. A listener may have moved this element, or let its document go.
+    removeChildren();
+    const Ref<WQXMLDocument> document = ownerDocument();
+    Binding::appendCopies(this, root->children);
+    Binding::reconcileNamespaces(this);
+    checkNode();  // the last of them waits for it
+}
+
+void WQXMLElement::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
+    if (!xmlNode()) return;
+    const int32_t started = writer->startElement_prefix_namespace(localName(), prefix(), namespaceURI());
+    WQ_ASSERT(started != -1, u"Could not write element start tag");
+    for (Ref<WQXMLNode> attribute = firstAttribute(); attribute; attribute = attribute->nextSibling()) attribute->encodeWithWriter(writer);
+    for (Ref<WQXMLNode> child = firstChild(); child; child = child->nextSibling()) child->encodeWithWriter(writer);
+    const int32_t ended = writer->endElement();
+    WQ_ASSERT(ended != -1, u"Could not write element end tag");
 }
 
 // ---- Attributes
@@ -177,4 +255,45 @@ Ref<WQXMLNode> WQXMLElement::copyWithZone() const {
     while (*declarations) declarations = &(*declarations)->next;  // libxml2 may have declared "xml" there
     *declarations = xmlCopyNamespaceList(xmlNode()->nsDef);
     return copied;
+}
+
+// ---- In name only
+
+namespace {
+constexpr const char16_t* kUnimplemented = u"This function is unimplemented";
+}  // namespace
+
+std::optional<WQXMLNode::Sequence> WQXMLElement::getElementsByTagName(const NSString&) const {
+    WQ_ASSERT(false, kUnimplemented);
+    return std::nullopt;
+}
+
+std::optional<WQXMLNode::Sequence> WQXMLElement::getElementsByTagName_namespaceURI(const NSString&, const NSString&) const {
+    WQ_ASSERT(false, kUnimplemented);
+    return std::nullopt;
+}
+
+Ref<WQXMLAttr> WQXMLElement::getAttributeNode(const NSString&) const {
+    WQ_ASSERT(false, kUnimplemented);
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLElement::getAttributeNode_namespaceURI(const NSString&, const NSString&) const {
+    WQ_ASSERT(false, kUnimplemented);
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLElement::setAttributeNode(const Ref<WQXMLAttr>&) {
+    WQ_ASSERT(false, kUnimplemented);
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLElement::setAttributeNodeNS(const Ref<WQXMLAttr>&) {
+    WQ_ASSERT(false, kUnimplemented);
+    return nullptr;
+}
+
+Ref<WQXMLAttr> WQXMLElement::removeAttributeNode(const Ref<WQXMLAttr>&) {
+    WQ_ASSERT(false, kUnimplemented);
+    return nullptr;
 }

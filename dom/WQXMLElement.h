@@ -10,6 +10,8 @@
 
 #include "dom/WQXMLNode.h"
 
+class WQXMLAttr;
+
 class WQXMLElement : public WQXMLNode {
 public:
     // ---- Making one: without a document and without a parent, the caller's alone
@@ -45,14 +47,37 @@ public:
     // The first child element of that name; both must be equal, so a null URI finds nothing.
     Ref<WQXMLElement> childElementWithLocalName_namespaceURI(const NSString& localName, const NSString& uri) const;
 
+    // ---- Markup
+
+    // What stands between the tags, and the whole element, as XML; "" without children. Both copy the
+    // subtree first: encodeWithWriter is the fast way. Namespaces that come from further up are
+    // declared in the copy. A prefix that nothing declares, see setAttribute_namespaceURI_value, is
+    // lost. Null for a dead element.
+    NSString innerXML() const;
+    // `format` indents elements that have no text beside them.
+    NSString outerXMLWithFormat(bool format) const;
+    NSString outerXML() const { return outerXMLWithFormat(true); }
+    // Start tag, attributes, children, end tag. Asserts "Could not write element start tag" and "Could
+    // not write element end tag".
+    void encodeWithWriter(const Ref<WQXMLWriter>& writer) const override;
+
     // ---- Edits
+
+    // Puts what the markup says in the place of the children; several nodes and plain text will do. Each
+    // prefix must be declared within it. Raises "XML Exception" for markup that is not well-formed, and
+    // nothing has changed then. Fires 8 for each old child, and nothing for the new ones.
+    // Empty markup changes nothing: see removeChildren. Null is the text "(null)".
+    virtual void setInnerXML(const NSString& markup);
 
     // Fires 1. A null value is stored as "". Null name: nothing.
     virtual void setAttribute_value(const NSString& name, const NSString& value);
+    // A prefix that is declared here or further up puts the attribute into that namespace, and
+    // getAttribute does not find it by this name; one that is not is a part of the name.
     // These three fire nothing.
     virtual void removeAttribute(const NSString& name);
-    // Raises "WQXMLNamespaceException" for a name without a local part, and for a prefix without a
-    // URI; the element is as it was then. Null name: nothing.
+    // The namespace is declared in the tree when the element is next inserted or given inner XML:
+    // until then a document that is written whole has the prefix without a declaration. Raises "WQXMLNamespaceException" for a name without
+    // a local part, and for a prefix without a URI; the element is as it was then. Null name: nothing.
     virtual void setAttribute_namespaceURI_value(const NSString& qualifiedName, const NSString& uri, const NSString& value);
     // The name is a local name: it is not split. Null name: nothing.
     virtual void removeAttribute_namespaceURI(const NSString& localName, const NSString& uri);
@@ -69,6 +94,16 @@ public:
 
     // Name, namespace, attributes and namespace declarations; names the same document.
     Ref<WQXMLNode> copyWithZone() const override;
+
+    // ---- In name only: each asserts "This function is unimplemented" and answers null
+
+    std::optional<Sequence> getElementsByTagName(const NSString& name) const;
+    std::optional<Sequence> getElementsByTagName_namespaceURI(const NSString& localName, const NSString& uri) const;
+    Ref<WQXMLAttr> getAttributeNode(const NSString& name) const;
+    Ref<WQXMLAttr> getAttributeNode_namespaceURI(const NSString& localName, const NSString& uri) const;
+    Ref<WQXMLAttr> setAttributeNode(const Ref<WQXMLAttr>& attribute);
+    Ref<WQXMLAttr> setAttributeNodeNS(const Ref<WQXMLAttr>& attribute);
+    Ref<WQXMLAttr> removeAttributeNode(const Ref<WQXMLAttr>& attribute);
 
     // ---- For subclasses
 

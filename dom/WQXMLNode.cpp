@@ -324,6 +324,10 @@ Ref<WQXMLNode> WQXMLNode::copyNode(bool deep) const {
     return copied;
 }
 
+// ---- Writing
+
+void WQXMLNode::encodeWithWriter(const Ref<WQXMLWriter>&) const {}
+
 // ---- Range
 
 NSRange WQXMLNode::range() const {

@@ -23,6 +23,7 @@ class WQXMLDocument;
 class WQXMLEvent;
 class WQXMLEventListener;
 class WQXMLEventListenerData;
+class WQXMLWriter;
 template <class T> class NilNode;
 namespace wq {
 struct Binding;
@@ -135,6 +136,13 @@ public:
     Ref<WQXMLNode> copy() const { return copyWithZone(); }
     // With copies of all descendants if `deep`.
     Ref<WQXMLNode> copyNode(bool deep) const;
+
+    // ---- Writing ----
+
+    // Writes the node and all below it. Nothing in this class: comments, CDATA sections, instructions
+    // and document types are lost. Asserts what each class says where the writer answers -1, and goes
+    // on; a null writer takes everything in silence.
+    virtual void encodeWithWriter(const Ref<WQXMLWriter>& writer) const;
 
     // ---- A range kept for the caller; nothing here uses it ----
 

@@ -1,6 +1,7 @@
 #include "dom/WQXMLText.h"
 
 #include "dom/Binding.h"
+#include "dom/WQXMLWriter.h"
 #include "platform/Assertion.h"
 
 using wq::Binding;
@@ -33,9 +34,60 @@ Ref<WQXMLNode> WQXMLText::splitAtIndex(uint64_t index) {
     return tail;
 }
 
+// ---- White space
+
+bool WQXMLText::isWhitespace() const { return xmlNode() && xmlIsBlankNode(xmlNode()); }
+
+namespace {
+
+bool isBlank(unsigned char byte) { return byte == '\t' || byte == ' '; }
+// Those leave no trace, so words that only they divide are joined: wanted.
+bool isLineEnd(unsigned char byte) { return byte == '\n' || byte == '\f' || byte == '\r'; }
+
+std::string collapsed(const xmlChar* content, bool fromFirstWord) {
+    const xmlChar* byte = content;
+    if (fromFirstWord)
+        while (isBlank(*byte) || isLineEnd(*byte)) ++byte;
+
+    std::string collapsed;
+    size_t blanks = 0;
+    for (; *byte; ++byte) {
+        if (isLineEnd(*byte)) continue;
+        if (isBlank(*byte)) {
+            ++blanks;
+            continue;
+        }
+        if (blanks) collapsed += ' ';
+        collapsed += static_cast<char>(*byte);
+        blanks = 0;
+    }
+    if (blanks) collapsed += ' ';
+    return collapsed;
+}
+
+}  // namespace
+
+void WQXMLText::normalizeContent() {
+    xmlNodePtr node = xmlNode();
+    if (!node || normalized()) return;
+    flags |= kNormalized;
+    if (xmlNodeGetSpacePreserve(node->parent) == 1 || !node->content) return;
+    const std::string content = collapsed(node->content, !node->prev || isWhitespace());
+    Binding::setContent(node, BAD_CAST content.c_str());
+}
+
+// ---- Copies and writing
+
 Ref<WQXMLNode> WQXMLText::copyWithZone() const {
     if (!xmlNode()) return nullptr;
     const auto copied = wq::make<WQXMLText>(wq::classOf(*this), &WQXMLText::init);
     copied->setString(string());
     return copied;
+}
+
+void WQXMLText::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
+    const NSString text = string();
+    if (!text) return;
+    const int32_t result = writer->writeString(text);
+    WQ_ASSERT(result != -1, u"Could not encode text node");
 }

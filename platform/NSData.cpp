@@ -137,7 +137,7 @@ Ref<NSError> read(const Ref<NSURL>& url, std::string& bytes) {
 
 Ref<NSData> NSData::dataWithBytes(std::string bytes) {
     auto made = Ref<NSData>(new NSData);
-    made->bytes = std::move(bytes);
+    made->bytes = std::make_shared<std::string>(std::move(bytes));
     return made;
 }
 
@@ -147,6 +147,12 @@ Ref<NSData> NSData::dataWithContentsOfURL_error(const Ref<NSURL>& url, Ref<NSErr
     if (!problem) return dataWithBytes(std::move(bytes));
     if (error) *error = std::move(problem);
     return nullptr;
+}
+
+void NSData::append(std::string_view more) {
+    if (isNil()) return;
+    if (bytes.use_count() > 1) bytes = std::make_shared<std::string>(*bytes);
+    bytes->append(more);
 }
 
 uint64_t NSData::setSizeLimit(uint64_t bytes) { return std::exchange(sizeLimit, bytes); }

@@ -1,6 +1,7 @@
 // Counted bytes.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -24,13 +25,15 @@ public:
     static uint64_t setSizeLimit(uint64_t bytes);
 
     // The bytes, valid as long as this object and until the next append. Null: empty.
-    std::string_view view() const { return bytes; }
-    size_t length() const { return bytes.size(); }
+    std::string_view view() const { return bytes ? std::string_view(*bytes) : std::string_view(); }
+    size_t length() const { return view().size(); }
 
-    void append(std::string_view more) {
-        if (!isNil()) bytes += more;
-    }
+    void append(std::string_view more);
+
+    // The bytes as they are now, for whoever reads them in place: a later append leaves these alone.
+    // Null without any.
+    std::shared_ptr<const std::string> snapshot() const { return bytes; }
 
 private:
-    std::string bytes;
+    std::shared_ptr<std::string> bytes;
 };

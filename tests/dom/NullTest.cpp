@@ -6,6 +6,8 @@
 #include "dom/WQXMLAttr.h"
 #include "dom/WQXMLDragEvent.h"
 #include "dom/WQXMLEventListenerData.h"
+#include "dom/WQXMLReader.h"
+#include "dom/WQXMLWriter.h"
 #include "platform/Log.h"
 #include "platform/NSDraggingInfo.h"
 #include "tests/dom/Support.h"
@@ -17,7 +19,8 @@ using namespace test;
 
 // Operations that a program uses on objects only, or that are no class of the layer.
 bool isOfTheObjectLayer(const std::string& operation) {
-    for (const char* prefix : {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSDraggingInfo::"})
+    for (const char* prefix :
+         {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSCharacterSet::", "NSDraggingInfo::"})
         if (operation.rfind(prefix, 0) == 0) return false;
     return operation.rfind("WQXML", 0) == 0 || operation.rfind("NS", 0) == 0;
 }
@@ -35,6 +38,9 @@ const Ref<NSDictionary> dictionary;
 const Ref<NSData> bytes;
 const Ref<NSError> error;
 const Ref<NSURL> url;
+const Ref<WQXMLWriter> writer;
+const Ref<WQXMLWriterElement> open;
+const Ref<WQXMLReader> reader;
 const NSString none;
 
 Ref<WQXMLText> some() { return WQXMLText::textWithString(u"x"); }
@@ -212,7 +218,119 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(NSURL::absoluteString, EXPECT_EQ(url->absoluteString(), none)), ROW(NSURL::scheme, EXPECT_EQ(url->scheme(), none)),
             ROW(NSURL::host, EXPECT_EQ(url->host(), none)), ROW(NSURL::fragment, EXPECT_EQ(url->fragment(), none)),
             ROW(NSURL::path, EXPECT_EQ(url->path(), none)), ROW(NSURL::isFileURL, EXPECT_FALSE(url->isFileURL())),
-            ROW(NSURL::description, EXPECT_EQ(url->description(), none)),
+            ROW(NSURL::description, EXPECT_EQ(url->description(), none)), ROW(WQXMLNode::encodeWithWriter, node->encodeWithWriter(writer)),
+            ROW(WQXMLElement::innerXML, EXPECT_EQ(element->innerXML(), none)),
+            ROW(WQXMLElement::outerXMLWithFormat, EXPECT_EQ(element->outerXMLWithFormat(true), none)),
+            ROW(WQXMLElement::outerXML, EXPECT_EQ(element->outerXML(), none)),
+            ROW(WQXMLElement::encodeWithWriter, element->encodeWithWriter(writer)),
+            ROW(WQXMLElement::setInnerXML, element->setInnerXML(u"<a/>"); EXPECT_FALSE(element->firstChild())),
+            ROW(WQXMLElement::getElementsByTagName, EXPECT_FALSE(element->getElementsByTagName(u"a"))),
+            ROW(WQXMLElement::getElementsByTagName_namespaceURI, EXPECT_FALSE(element->getElementsByTagName_namespaceURI(u"a", u"u"))),
+            ROW(WQXMLElement::getAttributeNode, EXPECT_FALSE(element->getAttributeNode(u"a"))),
+            ROW(WQXMLElement::getAttributeNode_namespaceURI, EXPECT_FALSE(element->getAttributeNode_namespaceURI(u"a", u"u"))),
+            ROW(WQXMLElement::setAttributeNode, EXPECT_FALSE(element->setAttributeNode(attribute))),
+            ROW(WQXMLElement::setAttributeNodeNS, EXPECT_FALSE(element->setAttributeNodeNS(attribute))),
+            ROW(WQXMLElement::removeAttributeNode, EXPECT_FALSE(element->removeAttributeNode(attribute))),
+            ROW(WQXMLText::isWhitespace, EXPECT_FALSE(text->isWhitespace())), ROW(WQXMLText::normalizeContent, text->normalizeContent()),
+            ROW(WQXMLText::encodeWithWriter, text->encodeWithWriter(writer)), ROW(WQXMLAttr::setValue, attribute->setValue(u"x")),
+            ROW(WQXMLAttr::encodeWithWriter, attribute->encodeWithWriter(writer)),
+            ROW(WQXMLDocument::createComment, EXPECT_FALSE(document->createComment(u"a"))),
+            ROW(WQXMLDocument::createAttribute, EXPECT_FALSE(document->createAttribute(u"a"))),
+            ROW(WQXMLDocument::createAttribute_namespaceURI, EXPECT_FALSE(document->createAttribute_namespaceURI(u"a", u"u"))),
+            ROW(WQXMLDocument::importNode_deep, EXPECT_FALSE(document->importNode_deep(some(), true))),
+            ROW(WQXMLDocument::getElementById, EXPECT_FALSE(document->getElementById(u"a"))),
+            ROW(WQXMLDocument::nodesForXPath, EXPECT_FALSE(document->nodesForXPath(u"//a"))),
+            ROW(WQXMLDocument::nodesForXPath_currentNode, EXPECT_FALSE(document->nodesForXPath_currentNode(u"a", some()))),
+            ROW(WQXMLDocument::getElementsByTagName, EXPECT_FALSE(document->getElementsByTagName(u"a"))),
+            ROW(WQXMLDocument::getElementsByTagName_namespaceURI, EXPECT_FALSE(document->getElementsByTagName_namespaceURI(u"a", u"u"))),
+            ROW(WQXMLDocument::XMLData, EXPECT_FALSE(document->XMLData())),
+            ROW(WQXMLDocument::formattedXMLData, EXPECT_FALSE(document->formattedXMLData())),
+            ROW(WQXMLDocument::copyWithZone, EXPECT_FALSE(document->copyWithZone())),
+            ROW(WQXMLDocument::valueForUndefinedKey, EXPECT_FALSE(document->valueForUndefinedKey(u"k"))),
+            ROW(WQXMLDocument::registerXPathPrefix_forNamespace, document->registerXPathPrefix_forNamespace(u"p", u"u")),
+            ROW(WQXMLDocument::canonicalRepresentation, EXPECT_EQ(document->canonicalRepresentation(), none)),
+            ROW(WQXMLDocument::encodeWithWriter, document->encodeWithWriter(writer)),
+            ROW(WQXMLDocument::setValue_forUndefinedKey, document->setValue_forUndefinedKey(true, u"k");
+                EXPECT_FALSE(document->valueForUndefinedKey(u"k"))),
+            ROW(WQXMLWriterElement::name, EXPECT_EQ(open->name(), none)),
+            ROW(WQXMLWriterElement::nsDefs, EXPECT_TRUE(open->nsDefs().empty())),
+            ROW(WQXMLWriterElement::define_namespaceURI, open->define_namespaceURI(u"p", u"u"); EXPECT_TRUE(open->nsDefs().empty())),
+            ROW(WQXMLWriterElement::isDefined_namespaceURI, EXPECT_FALSE(open->isDefined_namespaceURI(u"p", u"u"))),
+            ROW(WQXMLWriterElement::initWithLocalName_prefix_namespaceURI,
+                EXPECT_FALSE(open->initWithLocalName_prefix_namespaceURI(u"a", u"p", u"u"))),
+            ROW(WQXMLWriter::XMLDocument, EXPECT_FALSE(writer->XMLDocument())), ROW(WQXMLWriter::XMLData, EXPECT_FALSE(writer->XMLData())),
+            ROW(WQXMLWriter::startDocumentWithVersion_encoding_standalone,
+                EXPECT_EQ(writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"utf-8", u"no"), 0)),
+            ROW(WQXMLWriter::endDocument, EXPECT_EQ(writer->endDocument(), 0)),
+            ROW(WQXMLWriter::startComment, EXPECT_EQ(writer->startComment(), 0)),
+            ROW(WQXMLWriter::endComment, EXPECT_EQ(writer->endComment(), 0)),
+            ROW(WQXMLWriter::writeComment, EXPECT_EQ(writer->writeComment(u"a"), 0)),
+            ROW(WQXMLWriter::startPI, EXPECT_EQ(writer->startPI(u"a"), 0)), ROW(WQXMLWriter::endPI, EXPECT_EQ(writer->endPI(), 0)),
+            ROW(WQXMLWriter::writePI_content, EXPECT_EQ(writer->writePI_content(u"a", u"b"), 0)),
+            ROW(WQXMLWriter::startCDATA, EXPECT_EQ(writer->startCDATA(), 0)), ROW(WQXMLWriter::endCDATA, EXPECT_EQ(writer->endCDATA(), 0)),
+            ROW(WQXMLWriter::writeCDATA, EXPECT_EQ(writer->writeCDATA(u"a"), 0)),
+            ROW(WQXMLWriter::startDTD_pubid_sysid, EXPECT_EQ(writer->startDTD_pubid_sysid(u"a", u"b", u"c"), 0)),
+            ROW(WQXMLWriter::endDTD, EXPECT_EQ(writer->endDTD(), 0)),
+            ROW(WQXMLWriter::writeDTD_pubid_sysid_subset, EXPECT_EQ(writer->writeDTD_pubid_sysid_subset(u"a", u"b", u"c", u"d"), 0)),
+            ROW(WQXMLWriter::startElement, EXPECT_EQ(writer->startElement(u"a"), 0)),
+            ROW(WQXMLWriter::startElement_prefix_namespace, EXPECT_EQ(writer->startElement_prefix_namespace(u"a", u"b", u"c"), 0)),
+            ROW(WQXMLWriter::endElement, EXPECT_EQ(writer->endElement(), 0)),
+            ROW(WQXMLWriter::fullEndElement, EXPECT_EQ(writer->fullEndElement(), 0)),
+            ROW(WQXMLWriter::writeElement_content, EXPECT_EQ(writer->writeElement_content(u"a", u"b"), 0)),
+            ROW(WQXMLWriter::writeElement_prefix_namespace_content,
+                EXPECT_EQ(writer->writeElement_prefix_namespace_content(u"a", u"b", u"c", u"d"), 0)),
+            ROW(WQXMLWriter::writeRaw, EXPECT_EQ(writer->writeRaw(u"a"), 0)),
+            ROW(WQXMLWriter::writeString, EXPECT_EQ(writer->writeString(u"a"), 0)),
+            ROW(WQXMLWriter::writeBase64, EXPECT_EQ(writer->writeBase64(test::data("a")), 0)),
+            ROW(WQXMLWriter::writeBinHex, EXPECT_EQ(writer->writeBinHex(test::data("a")), 0)),
+            ROW(WQXMLWriter::startAttribute, EXPECT_EQ(writer->startAttribute(u"a"), 0)),
+            ROW(WQXMLWriter::startAttribute_prefix_namespace, EXPECT_EQ(writer->startAttribute_prefix_namespace(u"a", u"b", u"c"), 0)),
+            ROW(WQXMLWriter::endAttribute, EXPECT_EQ(writer->endAttribute(), 0)),
+            ROW(WQXMLWriter::writeAttribute_content, EXPECT_EQ(writer->writeAttribute_content(u"a", nullptr), 0)),
+            ROW(WQXMLWriter::writeAttribute_prefix_namespace_content,
+                EXPECT_EQ(writer->writeAttribute_prefix_namespace_content(u"a", u"b", u"c", u"d"), 0)),
+            ROW(WQXMLWriter::setIndent, EXPECT_EQ(writer->setIndent(true), 0)),
+            ROW(WQXMLWriter::setIndentString, EXPECT_EQ(writer->setIndentString(u"a"), 0)),
+            ROW(WQXMLWriter::flush, EXPECT_EQ(writer->flush(), 0)),
+            ROW(WQXMLWriter::isDefined_namespaceURI, EXPECT_FALSE(writer->isDefined_namespaceURI(u"p", u"u"))),
+            ROW(WQXMLWriter::elements, EXPECT_FALSE(writer->elements())),
+            ROW(WQXMLWriter::initWithURL, EXPECT_FALSE(writer->initWithURL(NSURL::URLWithString(u"file:///nowhere/x")))),
+            ROW(WQXMLWriter::initToMemory, EXPECT_FALSE(writer->initToMemory())),
+            ROW(WQXMLWriter::initToXMLDocument, EXPECT_FALSE(writer->initToXMLDocument())),
+            ROW(WQXMLWriter::initToElement, EXPECT_FALSE(writer->initToElement(someElement()))),
+            ROW(WQXMLReader::read, EXPECT_EQ(reader->read(), 0)), ROW(WQXMLReader::next, EXPECT_EQ(reader->next(), 0)),
+            ROW(WQXMLReader::nextSibling, EXPECT_EQ(reader->nextSibling(), 0)), ROW(WQXMLReader::close, EXPECT_EQ(reader->close(), 0)),
+            ROW(WQXMLReader::nodeType, EXPECT_EQ(reader->nodeType(), 0)), ROW(WQXMLReader::depth, EXPECT_EQ(reader->depth(), 0)),
+            ROW(WQXMLReader::attributeCount, EXPECT_EQ(reader->attributeCount(), 0)),
+            ROW(WQXMLReader::moveToFirstAttribute, EXPECT_EQ(reader->moveToFirstAttribute(), 0)),
+            ROW(WQXMLReader::moveToNextAttribute, EXPECT_EQ(reader->moveToNextAttribute(), 0)),
+            ROW(WQXMLReader::moveToElement, EXPECT_EQ(reader->moveToElement(), 0)),
+            ROW(WQXMLReader::readAttributeValue, EXPECT_EQ(reader->readAttributeValue(), 0)),
+            ROW(WQXMLReader::quoteChar, EXPECT_EQ(reader->quoteChar(), 0)), ROW(WQXMLReader::readState, EXPECT_EQ(reader->readState(), 0)),
+            ROW(WQXMLReader::hasValue, EXPECT_FALSE(reader->hasValue())),
+            ROW(WQXMLReader::isEmptyElement, EXPECT_FALSE(reader->isEmptyElement())),
+            ROW(WQXMLReader::isDefault, EXPECT_FALSE(reader->isDefault())),
+            ROW(WQXMLReader::isNamespaceDecl, EXPECT_FALSE(reader->isNamespaceDecl())),
+            ROW(WQXMLReader::hasAttributes, EXPECT_FALSE(reader->hasAttributes())),
+            ROW(WQXMLReader::standalone, EXPECT_FALSE(reader->standalone())), ROW(WQXMLReader::isValid, EXPECT_FALSE(reader->isValid())),
+            ROW(WQXMLReader::name, EXPECT_EQ(reader->name(), none)), ROW(WQXMLReader::localName, EXPECT_EQ(reader->localName(), none)),
+            ROW(WQXMLReader::prefix, EXPECT_EQ(reader->prefix(), none)),
+            ROW(WQXMLReader::namespaceURI, EXPECT_EQ(reader->namespaceURI(), none)),
+            ROW(WQXMLReader::value, EXPECT_EQ(reader->value(), none)), ROW(WQXMLReader::baseURI, EXPECT_EQ(reader->baseURI(), none)),
+            ROW(WQXMLReader::xmlLang, EXPECT_EQ(reader->xmlLang(), none)), ROW(WQXMLReader::encoding, EXPECT_EQ(reader->encoding(), none)),
+            ROW(WQXMLReader::xmlVersion, EXPECT_EQ(reader->xmlVersion(), none)),
+            ROW(WQXMLReader::getAttributeNo, EXPECT_EQ(reader->getAttributeNo(0), none)),
+            ROW(WQXMLReader::getAttribute, EXPECT_EQ(reader->getAttribute(u"a"), none)),
+            ROW(WQXMLReader::getAttribute_namespace, EXPECT_EQ(reader->getAttribute_namespace(u"a", u"u"), none)),
+            ROW(WQXMLReader::lookupNamespace, EXPECT_EQ(reader->lookupNamespace(u"p"), none)),
+            ROW(WQXMLReader::moveToAttributeNo, EXPECT_EQ(reader->moveToAttributeNo(0), 0)),
+            ROW(WQXMLReader::moveToAttribute, EXPECT_EQ(reader->moveToAttribute(u"a"), 0)),
+            ROW(WQXMLReader::moveToAttribute_namespace, EXPECT_EQ(reader->moveToAttribute_namespace(u"a", u"u"), 0)),
+            ROW(WQXMLReader::initWithURL_options_error,
+                EXPECT_FALSE(reader->initWithURL_options_error(NSURL::URLWithString(u"file:///nowhere/x"), 0, &noError))),
+            ROW(WQXMLReader::initWithData_baseURL_error,
+                EXPECT_FALSE(reader->initWithData_baseURL_error(test::data("<a/>"), nullptr, &noError))),
+            ROW(NSData::snapshot, EXPECT_FALSE(bytes->snapshot())),
     };
     return all;
 }
@@ -234,7 +352,10 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<NSDictionary>(),
         fieldsOfNull<NSData>(),
         fieldsOfNull<NSError>(),
-        fieldsOfNull<NSURL>()};
+        fieldsOfNull<NSURL>(),
+        fieldsOfNull<WQXMLWriter>(),
+        fieldsOfNull<WQXMLWriterElement>(),
+        fieldsOfNull<WQXMLReader>()};
 }
 
 TEST(NullTest, EveryPublicOperationHasARow) {

@@ -29,8 +29,11 @@ struct Chorus {
         }));
         return voices.back().get();
     }
-    void
-    listen(const Ref<WQXMLNode>& node, const std::string& name, bool capture, std::function<void(const Ref<WQXMLEvent>&)> action = {}) {
+    void listen(
+        const Ref<WQXMLNode>& node,
+        const std::string& name,
+        bool capture,
+        std::function<void(const Ref<WQXMLEvent>&)> action = {}) {
         node->addListener_forEvent_useCapture(voice(name, std::move(action)), kSubtree, capture);
     }
     std::vector<std::unique_ptr<Doing>> voices;

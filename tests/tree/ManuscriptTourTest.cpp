@@ -62,6 +62,45 @@ TEST(ManuscriptTourTest, PrintsTheOutlineAgainAfterTheEdits) {
     EXPECT_THAT(after, HasSubstr("nodes by class:  Section 23  WQXMLAttr 52  WQXMLElement 97  WQXMLNode 3  WQXMLText 240\n"));
 }
 
+TEST(ManuscriptTourTest, RewritesTheSampleAndTellsWhatEachEditFires) {
+    EXPECT_THAT(
+        tour(sample()).output, HasSubstr("Rewriting:\n"
+                                         "  book: revision=\"2\"                                         fires 1 attribute set\n"
+                                         "  book: publisher spelled out                                fires nothing\n"
+                                         "  p: text split at 20                                        fires 1 text changed, 1 inserted\n"
+                                         "  p: element split at 1                                      fires 2 inserted, 1 removed\n"
+                                         "  p: elements merged                                         fires 1 inserted, 2 removed\n"
+                                         "  p: texts merged                                            fires 1 text changed, 1 removed\n"
+                                         "  p: new inner XML                                           fires 1 removed\n"));
+}
+
+TEST(ManuscriptTourTest, FindsNodesOfTheSampleByPathAndByIdentifier) {
+    EXPECT_THAT(
+        tour(sample()).output,
+        HasSubstr("Queries:\n"
+                  "  a means urn:example:manuscript\n"
+                  "  //a:p                                        44 nodes, the first /book[1]/chapter[1]/section[1]/p[1]\n"
+                  "  b means urn:example:notes\n"
+                  "  //b:remark                                   4 nodes, the first /book[1]/chapter[2]/section[2]/p[2]/note:remark[1]\n"
+                  "  identifier rope                              /book[1]/chapter[1]\n"));
+}
+
+TEST(ManuscriptTourTest, WritesTheSampleInFourWaysAndReadsItAgain) {
+    const std::string output = tour(sample()).output;
+    const std::string written = output.substr(output.find("Written:"));
+    for (const char* way : {"XMLData ", "formattedXMLData ", "canonicalRepresentation ", "encodeWithWriter "})
+        EXPECT_THAT(written, testing::ContainsRegex(std::string("  ") + way + " +[0-9]+ bytes +2[0-9][0-9] lines\n"));
+    EXPECT_THAT(written, HasSubstr("  and read again: 120 elements, "));
+}
+
+TEST(ManuscriptTourTest, SaysWhyADocumentHasNoCanonicalForm) {
+    const std::string path = fileWith("entity.xml", "<!DOCTYPE a [<!ENTITY e 'x'>]><a><b/><b>&e;</b></a>");
+    const Result result = tour(path);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("  canonicalRepresentation  Node XML_ENTITY_REF_NODE is invalid here : processing node\n"));
+    EXPECT_THAT(result.output, HasSubstr("encodeWithWriter"));
+}
+
 TEST(ManuscriptTourTest, ReadsHTMLWhosePathsBeginAtTheNamelessDocument) {
     const std::string page =
         fileWith("page.html", "<!DOCTYPE html><html><body><div><h1>One</h1></div><div><h2>Two</h2></div></body></html>");

@@ -1,0 +1,42 @@
+// manuscript-tour FILE...: opens a document, prints its outline, edits it while a listener hears of every
+// edit, asks it for nodes, writes it in four ways and reads it again, with a short account of each.
+//
+// XML and XHTML are read as XML; HTML, told by how it begins, is read by the HTML 4 parser.
+// Exit code 1, and one line on standard error, for a file that cannot be read.
+#include <fmt/format.h>
+
+#include "examples/tour/Edits.h"
+#include "examples/tour/Opening.h"
+#include "examples/tour/Outline.h"
+#include "examples/tour/Queries.h"
+#include "examples/tour/Writing.h"
+
+namespace {
+
+void tour(const std::string& path) {
+    const Ref<WQXMLDocument> document = open(path);
+    fmt::print("{}\n", path);
+    printOutline(document);
+    moveAndRemove(document);
+    fmt::print("\nThe outline now:\n");
+    printOutline(document);
+    rewrite(document);
+    query(document);
+    write(document);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        fmt::print(stderr, "usage: manuscript-tour FILE...\n");
+        return 2;
+    }
+    try {
+        for (int i = 1; i < argc; ++i) tour(argv[i]);
+        return 0;
+    } catch (const CannotOpen& failure) {
+        fmt::print(stderr, "{}\n", failure.line);
+        return 1;
+    }
+}
