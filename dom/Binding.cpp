@@ -36,15 +36,38 @@ void FreeDocument::operator()(xmlDocPtr doc) const {
     xmlFreeDoc(doc);
 }
 
-// libxml2 finds the entry by the attribute's value, and misses it where that holds an entity reference.
+namespace {
+
+bool isOurs(const xmlChar* text, xmlDocPtr doc) { return text && !(doc && doc->dict && xmlDictOwns(doc->dict, text)); }
+
+void freeIdentifier(void* entry, const xmlChar*) {
+    auto* identifier = static_cast<xmlIDPtr>(entry);
+    for (const xmlChar* text : {identifier->value, identifier->name})
+        if (isOurs(text, identifier->doc)) xmlFree(const_cast<xmlChar*>(text));
+    xmlFree(identifier);
+}
+
+struct IdentifierSearch {
+    xmlAttrPtr attribute;
+    std::string key;
+};
+
+void findIdentifier(void* entry, void* search, const xmlChar* key) {
+    auto* wanted = static_cast<IdentifierSearch*>(search);
+    if (static_cast<xmlIDPtr>(entry)->attr == wanted->attribute) wanted->key = reinterpret_cast<const char*>(key);
+}
+
+}  // namespace
+
+// libxml2 finds the entry by the attribute's value, and misses it where that was written with a reference.
 void Binding::forgetIdentifier(xmlAttrPtr attribute) {
     if (attribute->atype != XML_ATTRIBUTE_ID || !attribute->doc) return;
     if (xmlRemoveID(attribute->doc, attribute) == 0) return;
-    auto forget = [](void* entry, void* gone, const xmlChar*) {
-        auto* identifier = static_cast<xmlIDPtr>(entry);
-        if (identifier->attr == gone) identifier->attr = nullptr;
-    };
-    xmlHashScan(static_cast<xmlHashTablePtr>(attribute->doc->ids), forget, attribute);
+    attribute->atype = static_cast<xmlAttributeType>(0);
+    auto* table = static_cast<xmlHashTablePtr>(attribute->doc->ids);
+    IdentifierSearch search{attribute, {}};
+    xmlHashScan(table, findIdentifier, &search);
+    if (!search.key.empty()) xmlHashRemoveEntry(table, BAD_CAST search.key.c_str(), freeIdentifier);
 }
 
 namespace {
@@ -101,6 +124,10 @@ private:
 };
 
 }  // namespace
+
+void Binding::settleIdentifiers(xmlNodePtr element) {
+    forEachAttribute(element, [](xmlAttrPtr attribute) { IdentifierUpdate(reinterpret_cast<xmlNodePtr>(attribute)); });
+}
 
 // ---- New nodes
 
@@ -350,6 +377,13 @@ void Binding::reconcileNamespaces(WQXMLNode* wrapper) {
 
 namespace {
 
+// An entity reference points to its declaration, and into it.
+void forgetDeclaration(xmlNodePtr node) {
+    if (node->type != XML_ENTITY_REF_NODE) return;
+    node->children = node->last = nullptr;
+    node->content = nullptr;
+}
+
 // What xmlSetTreeDoc does, without its recursion, for trees of any depth: identifiers leave the old
 // document's table, and entity references let go of its declarations.
 void setDocument(xmlNodePtr root, xmlDocPtr doc) {
@@ -358,14 +392,14 @@ void setDocument(xmlNodePtr root, xmlDocPtr doc) {
         Binding::forgetIdentifier(attribute);
         attribute->doc = doc;
         for (xmlNodePtr value = attribute->children; value; value = value->next) {
-            if (value->type == XML_ENTITY_REF_NODE) value->children = value->last = nullptr;
+            forgetDeclaration(value);
             value->doc = doc;
         }
     };
     if (xmlAttrPtr attribute = asAttribute(root)) return move(attribute);
     forEachNode(root, [&](xmlNodePtr node) {
         forEachAttribute(node, move);
-        if (node->type == XML_ENTITY_REF_NODE) node->children = node->last = nullptr;
+        forgetDeclaration(node);
         node->doc = doc;
     });
 }
@@ -386,7 +420,7 @@ void moveToDocument(xmlNodePtr node, xmlDocPtr doc) {
 // Entity references point to declarations, which go with their DTD.
 void forgetDeclarations(xmlNodePtr dtd) {
     auto forget = [dtd](xmlNodePtr node) {
-        if (node->type == XML_ENTITY_REF_NODE && node->children && node->children->parent == dtd) node->children = node->last = nullptr;
+        if (node->type == XML_ENTITY_REF_NODE && node->children && node->children->parent == dtd) forgetDeclaration(node);
     };
     auto forgetBelow = [&](xmlNodePtr root) {
         forEachNode(root, [&](xmlNodePtr node) {

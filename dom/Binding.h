@@ -192,6 +192,9 @@ struct Binding {
 
     // An attribute leaves its document's table of identifiers, since it dies or changes.
     static void forgetIdentifier(xmlAttrPtr attribute);
+    // Ahead of a new value: libxml2 looks for the old entry by the old value, and misses one that was
+    // written with a reference. Afterwards it finds it.
+    static void settleIdentifiers(xmlNodePtr element);
 
     // ---- The end, within a guarded call of the caller
 

@@ -331,7 +331,7 @@ WQXMLNode::Sequence wrappersOf(const xmlNodeSet* nodes) {
 
 std::optional<WQXMLNode::Sequence> WQXMLDocument::nodesForXPath_currentNode(const NSString& expression, const Ref<WQXMLNode>& currentNode)
     const {
-    if (!my.docImpl) return std::nullopt;
+    if (!my.docImpl || !expression) return std::nullopt;
     wq::GuardedCall guard;
     const WithoutPrinting silence;
     const std::unique_ptr<xmlXPathContext, FreeContext> context(xmlXPathNewContext(my.docImpl));

@@ -141,8 +141,9 @@ public:
     // "NSInvalidArgumentException" for a null namespace; a null prefix takes the registration back.
     virtual void registerXPathPrefix_forNamespace(const NSString& prefix, const NSString& uri);
     // The nodes in document order; none is an empty sequence. Null for an expression whose value is
-    // no set of nodes. Nodes without a wrapper are left out, so are namespaces. Raises "XML
-    // Exception" for an expression that is malformed, or names a prefix that nobody registered.
+    // no set of nodes, for null, and for a function of an unknown prefix. Nodes without a wrapper are
+    // left out, so are namespaces. Raises "XML Exception" for an expression that is malformed, and for an
+    // element or attribute of a prefix that nobody registered.
     std::optional<Sequence> nodesForXPath(const NSString& expression) const { return nodesForXPath_currentNode(expression, nullptr); }
     // Relative paths start at the current node; without one, and with a document, they find nothing.
     std::optional<Sequence> nodesForXPath_currentNode(const NSString& expression, const Ref<WQXMLNode>& currentNode) const;
@@ -153,12 +154,13 @@ public:
 
     // ---- Writing: null without a document
 
-    // In the encoding that the document declares; in ASCII with references if it declares none. HTML
-    // is written as XML.
+    // In the encoding that the document declares; if it declares none in UTF-8, with references for what
+    // is beyond ASCII in texts and values. HTML is written as XML. Raises "XML Exception" for an encoding
+    // that libxml2 does not know.
     Ref<NSData> XMLData() const;
     Ref<NSData> formattedXMLData() const;  // elements without text among their children on lines of their own, indented by two blanks
     // Canonical XML 1.0 without comments. Raises "XML Exception" for a document that holds an entity
-    // reference or the relative URI of a namespace.
+    // reference beside its texts, or the relative URI of a namespace.
     NSString canonicalRepresentation() const;
     // An XML declaration that says "utf-8" and "no", and the root element. Writes nothing if the writer
     // refuses the declaration. Asserts "Could not write document end tag". Flushes.
@@ -172,7 +174,7 @@ public:
     // ---- A bag of values for the application
 
     NSValue valueForUndefinedKey(const NSString& key) const;  // null for a key never set
-    // A null value removes the key. Raises "NSInvalidArgumentException" for a null key. The document keeps
+    // A null value removes the key. Raises "NSInvalidArgumentException" for a value under the null key. The document keeps
     // the value alive, so a value that holds the document keeps both for good.
     virtual void setValue_forUndefinedKey(const NSValue& value, const NSString& key);
 

@@ -163,6 +163,7 @@ void WQXMLElement::setAttribute_value(const NSString& name, const NSString& valu
     const Ref<WQXMLDocument> document = ownerDocument();
     const NSString previous = getAttribute(name);
     xmlAttrPtr attribute = nullptr;
+    Binding::settleIdentifiers(xmlNode());
     wq::guarded([&] { attribute = xmlSetProp(xmlNode(), Bytes(name), Bytes(value)); });  // old value texts go by the hook
     notifyAttrChanged_newValue_prevValue_relatedNode(name, value, previous, wq::wrapped(attribute));
 }
@@ -189,6 +190,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
         ns = made.get();
         Binding::ownedNamespaces(this).push_back(made.release());
     }
+    Binding::settleIdentifiers(xmlNode());
     wq::guarded([&] { xmlSetNsProp(xmlNode(), ns, Bytes(local), Bytes(value)); });  // old value texts go by the hook
 }
 

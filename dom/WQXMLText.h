@@ -31,7 +31,7 @@ public:
     // Names no document, and is not `normalized`.
     Ref<WQXMLNode> copyWithZone() const override;
 
-    // Asserts "Could not encode text node".
+    // Escaped if an element is open in the writer. Asserts "Could not encode text node".
     void encodeWithWriter(const Ref<WQXMLWriter>& writer) const override;
 
     // ---- For subclasses

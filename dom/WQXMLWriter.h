@@ -12,7 +12,8 @@
 // Each operation answers libxml2's number, 0 or a count of bytes, and -1 on error; nothing raises. A
 // writer whose destination could not be opened answers -1 to everything, and null answers 0.
 // Balance of start and end operations is the caller's affair: libxml2 checks little of it, a
-// missing end stays missing, and what it accepts may be XML that no parser takes.
+// missing end stays missing, and what it accepts may be XML that no parser takes. It accepts a second
+// declaration, and after a -1 for null content the element, attribute or comment is open.
 //
 // Strings go out as UTF-8 and end at a NUL. Only writeString takes out what XML cannot hold; every
 // other operation passes control characters on. White space is written as it stands but for CR, which
@@ -45,7 +46,7 @@ public:
     template <class T = WQXMLWriter> static Ref<T> newWithURL(const Ref<NSURL>& url) { return wq::make<T>(&T::initWithURL, url); }
     template <class T = WQXMLWriter> static Ref<T> newToMemory() { return wq::make<T>(&T::initToMemory); }
     // A new document. It fills as the buffer does: it is complete after `flush`. A parser reads
-    // behind the buffer, so `flush` is -1 for what is not well-formed.
+    // behind the buffer, so `flush` is -1 for what is not well-formed, or more than 256 elements deep.
     template <class T = WQXMLWriter> static Ref<T> newToXMLDocument() { return wq::make<T>(&T::initToXMLDocument); }
     // Below an element that has a document: one child element and no more, since a parser reads what
     // is written as a document. Null for an element without a document.
@@ -88,6 +89,7 @@ public:
     int32_t fullEndElement();
     // A whole element; with null content an empty one. What is open is not looked at.
     int32_t writeElement_content(const NSString& name, const NSString& content);
+    // -1 for null content.
     int32_t writeElement_prefix_namespace_content(
         const NSString& localName,
         const NSString& prefix,
@@ -97,9 +99,9 @@ public:
     // ---- Content
 
     int32_t writeRaw(const NSString& markup);  // as it stands
-    // Escaped, and without control characters but for TAB, LF and CR.
+    // Without control characters but for TAB, LF and CR; and escaped, if an element or attribute is open.
     int32_t writeString(const NSString& string);
-    int32_t writeBase64(const Ref<NSData>& data);
+    int32_t writeBase64(const Ref<NSData>& data);  // in lines of 72 characters, divided by CR and LF
     int32_t writeBinHex(const Ref<NSData>& data);
 
     // ---- Attributes of the element that was just started
@@ -120,7 +122,8 @@ public:
 
     int32_t setIndent(bool indent);
     int32_t setIndentString(const NSString& string);  // of one level
-    // Hands on all that was written so far. The last error of a writer that dies unflushed is lost.
+    // Hands on all that was written so far. A file is complete only when the writer is gone: the C
+    // library keeps a part of it until then. The last error of a writer that dies is lost.
     int32_t flush();
 
     // ---- What is open
