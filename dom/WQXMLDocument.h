@@ -115,7 +115,8 @@ public:
 
     // Of the class that the class map names. The name is taken whole. Null for null.
     virtual Ref<WQXMLElement> createElement(const NSString& name);
-    // The name is split at its first ':'; null without a local part. Asserts "Could not create new
+    // The name is split at its first ':'; null without a local part. A null URI gives a namespace that
+    // cannot be written: createElement is for elements without one. Asserts "Could not create new
     // namespace structure" for the prefix "xml"; null then.
     virtual Ref<WQXMLElement> createElement_namespaceURI(const NSString& qualifiedName, const NSString& uri);
     // Names no document until it is inserted. Asserts "Couldn't create text node" if
@@ -133,7 +134,8 @@ public:
 
     // What libxml2 keeps as identifiers: "xml:id", attributes that a DTD declares as ID, and in HTML "id",
     // and "name" of "a". An element that was removed is found for as long as it lives, one that
-    // came from another document is not.
+    // came from another document is not. One that was written with a reference is known by what the
+    // markup says.
     Ref<WQXMLElement> getElementById(const NSString& identifier) const;
 
     // Every query from here on knows the prefix. A namespace has one prefix, the last one registered.

@@ -67,6 +67,11 @@ public:
     // prefix must be declared within it. Raises "XML Exception" for markup that is not well-formed, and
     // nothing has changed then. Fires 8 for each old child, and nothing for the new ones.
     // Empty markup changes nothing: see removeChildren. Null is the text "(null)".
+    // Namespaces of the new children are declared on this element; one that has no prefix there gets one,
+    // and a prefix that is taken changes. Of identifiers only "xml:id" is known to the document.
+    // Where a listener lets the element die meanwhile, and where libxml2 cannot attach the children, it
+    // raises "NSInternalInconsistencyException" with "Could not add children to element". What an
+    // initWithXMLNode raises leaves it with the old children gone.
     virtual void setInnerXML(const NSString& markup);
 
     // Fires 1. A null value is stored as "". Null name: nothing.

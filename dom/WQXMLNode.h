@@ -175,7 +175,8 @@ public:
 
     // Binds this object to a node that libxml2 has made. An override that answers false refuses:
     // the node then keeps the wrapper that it has, or none. The node is not to be freed or moved
-    // here. An element finds its name, namespace and attributes, and no children.
+    // here. A parsed element finds its name, namespace and attributes, and no children; one that came by
+    // setInnerXML or by a copy may find less of its attributes, or children.
     virtual bool initWithXMLNode(_xmlNode* node);
 
     template <class T> using Nil = NilNode<T>;

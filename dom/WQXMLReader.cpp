@@ -58,7 +58,12 @@ bool WQXMLReader::initWithURL_options_error(const Ref<NSURL>& url, int32_t, Ref<
     wq::startLibrary();
     my._url = url;
     const Bytes text(url->absoluteString());
-    my._reader = unregistered([&] { return xmlNewTextReaderFilename(text.characters()); });
+    my._reader = unregistered([&] {
+        const int previous = std::exchange(xmlLoadExtDtdDefaultValue, 0);  // whatever was parsed before
+        xmlTextReaderPtr reader = xmlNewTextReaderFilename(text.characters());
+        xmlLoadExtDtdDefaultValue = previous;
+        return reader;
+    });
     return true;
 }
 

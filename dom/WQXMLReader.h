@@ -6,15 +6,17 @@
 //
 // The reader stands on a node, and its queries are about that: libxml2's xmlTextReader under this
 // library's names, without changes. Node types are those of that interface: 1 element, 2 attribute,
-// 3 text, 4 CDATA section, 5 entity reference, 7 instruction, 8 comment, 10 document type, 14 white
-// space between elements, 15 end of element.
+// 3 text, 4 CDATA section, 5 entity reference, 7 instruction, 8 comment, 10 document type, 14 text
+// that is white space only, 15 end of element.
 //
 // Numbers are libxml2's, and -1 is an error. A yes-or-no answer is true for an error as well: where
 // it matters, ask `nodeType` first. An input that cannot be opened gives a reader all the same, whose
 // numbers are -1, whose yes-or-no answers are true and whose strings are null. Null answers 0, false
 // and null.
 // Raises "XML Exception" with libxml2's message for the first thing that it reports in `read` and the
-// other operations that go on in the input.
+// other operations that go on in the input. Once it has raised, the rest of the input is lost: nodes
+// that were read ahead may still come, then -1, and nothing is raised again.
+// External DTDs are not read.
 #pragma once
 
 #include <cstdint>
@@ -59,7 +61,7 @@ public:
     NSString value() const;
     bool hasValue() const;
     bool isEmptyElement() const;  // written as "<a/>"
-    bool isDefault() const;
+    bool isDefault() const;       // false: defaults that a DTD states are no attributes here
     bool isNamespaceDecl() const;
     NSString baseURI() const;
     NSString xmlLang() const;  // what "xml:lang" says here
@@ -69,9 +71,9 @@ public:
     bool hasAttributes() const;
     int32_t attributeCount() const;  // declarations of namespaces are counted
     NSString getAttributeNo(int32_t index) const;
-    NSString getAttribute(const NSString& qualifiedName) const;
+    NSString getAttribute(const NSString& qualifiedName) const;  // or the default that the DTD states
     NSString getAttribute_namespace(const NSString& localName, const NSString& uri) const;
-    // The URI of a prefix, null for the default namespace.
+    // The URI of a prefix; a null prefix asks for the default namespace.
     NSString lookupNamespace(const NSString& prefix) const;
     // These stand on an attribute: 1, or 0 if there is none.
     int32_t moveToAttributeNo(int32_t index);
@@ -85,7 +87,7 @@ public:
 
     // ---- The document
 
-    int32_t readState() const;
+    int32_t readState() const;  // a small input is at its end, 3, from the first `read` on
     NSString encoding() const;
     NSString xmlVersion() const;
     bool standalone() const;  // true as well where the document does not say

@@ -14,7 +14,9 @@ using namespace test;
 class World {
 public:
     World() {
-        documents[0] = parse("<a xmlns:p='u:1' p:x='1'><p:b y='2' p:y='3'><c/>t</p:b><d xml:lang='en'/></a>");
+        documents[0] = parse(
+            "<!DOCTYPE a [<!ATTLIST c id ID #IMPLIED><!ENTITY e 'x'>]>"
+            "<a xmlns:p='u:1' p:x='1'><p:b y='2' p:y='3'><c id='k&e;'/>t</p:b><d xml:lang='en' xml:id='k'/></a>");
         documents[1] = parse("<a xmlns='u:2'><b/>&#x1D54A;<q:c xmlns:q='u:3' q:z='1'><!-- c --><e/></q:c></a>");
         for (auto& document : documents)
             for (Ref<WQXMLNode> node = document->documentElement(); node; node = node->next()) held.push_back(node);
@@ -23,7 +25,7 @@ public:
 
     void step() {
         const auto a = any(), b = any();
-        switch (below(13)) {
+        switch (below(19)) {
             case 0:
             case 1:
                 if (fits(b, a)) a->appendChild(b);
@@ -45,6 +47,16 @@ public:
             case 12:
                 if (below(30) == 0) documents[1] = parse("<k xmlns:p='u:1'><p:l/></k>");
                 if (below(10) == 0) documents[1]->setDocumentElement(documents[1]->createElement(u"root"));
+                break;
+            case 13: element(a)->setInnerXML(u"<!--c--> t <p:x xmlns:p='u:1' p:y='1' xml:id='i'> &amp; <c/></p:x>"); break;
+            case 14: wq::cast<WQXMLAttr>(a)->setValue(below(2) ? u"k" : u"<&>"); break;
+            case 15: (void)element(a)->innerXML(), (void)element(a)->outerXML(); break;
+            case 16: wq::cast<WQXMLText>(a)->normalizeContent(); break;
+            case 17: hold(*documents[below(2)]->nodesForXPath_currentNode(below(2) ? u"//@* | //namespace::*" : u"./node()", a)); break;
+            case 18:
+                RC_ASSERT(documents[below(2)]->XMLData()->length() > 0u);
+                for (const char16_t* identifier : {u"k", u"kx", u"k&e;", u"i", u"<&>"})
+                    held.push_back(documents[below(2)]->getElementById(identifier));
                 break;
             default: break;
         }
@@ -69,6 +81,9 @@ private:
         void handleEvent(const Ref<WQXMLEvent>& event) override { (void)event->target()->XPath(); }
     } listener;
 
+    void hold(const WQXMLNode::Sequence& nodes) {
+        for (size_t i = 0; i < std::min<size_t>(nodes.size(), 3); ++i) held.push_back(nodes[i]);
+    }
     static size_t below(size_t limit) { return *rc::gen::inRange<size_t>(0, limit); }
     Ref<WQXMLNode> any() const { return held.empty() ? documents[0]->documentElement() : held[below(held.size())]; }
     static Ref<WQXMLElement> element(const Ref<WQXMLNode>& node) { return wq::cast<WQXMLElement>(node); }

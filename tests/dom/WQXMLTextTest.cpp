@@ -287,6 +287,190 @@ TEST(WQXMLTextTest, ATextHasNoOtherSplitAndNoMerge) {
     EXPECT_EQ(other->string(), u"x");
 }
 
+// ---- White space
+
+TEST(WQXMLTextTest, WhiteSpaceIsBlanksTabsAndLineEndsOrNothing) {
+    struct Row {
+        NSString string;
+        bool isWhitespace;
+    };
+    for (const Row& row : {
+             Row{nullptr, true},
+             Row{u"", true},
+             Row{u" ", true},
+             Row{u" \t\n\r", true},
+             Row{u"\f", false},
+             Row{u"\v", false},
+             Row{u"\u00a0", false},
+             Row{u"\u2028", false},
+             Row{u" a ", false},
+         }) {
+        SCOPED_TRACE(wq::toUTF8(row.string));
+        EXPECT_EQ(WQXMLText::newWithString(row.string)->isWhitespace(), row.isWhitespace);
+    }
+}
+
+TEST(WQXMLTextTest, NormalizingCollapsesWhiteSpace) {
+    struct Row {
+        const char16_t* before;
+        const char16_t* first;   // without a previous sibling
+        const char16_t* behind;  // with one
+    };
+    for (const Row& row : {
+             Row{u"plain", u"plain", u"plain"},
+             Row{u"", u"", u""},
+             Row{u"one two", u"one two", u"one two"},
+             Row{u"one\ttwo", u"one two", u"one two"},
+             Row{u"one \t  two", u"one two", u"one two"},
+             Row{u"one\ntwo", u"onetwo", u"onetwo"},  // line ends join: wanted
+             Row{u"one\rtwo", u"onetwo", u"onetwo"},
+             Row{u"one\r\ntwo", u"onetwo", u"onetwo"},
+             Row{u"one\ftwo", u"onetwo", u"onetwo"},
+             Row{u"one \ntwo", u"one two", u"one two"},
+             Row{u"one\n two", u"one two", u"one two"},
+             Row{u"one \n two", u"one two", u"one two"},
+             Row{u"  one", u"one", u" one"},
+             Row{u"\n\tone", u"one", u" one"},
+             Row{u"\none", u"one", u"one"},
+             Row{u" \t\n\f\r one", u"one", u" one"},
+             Row{u"one  ", u"one ", u"one "},
+             Row{u"one \n", u"one ", u"one "},
+             Row{u"one\n", u"one", u"one"},
+             Row{u"one\t", u"one ", u"one "},
+             Row{u" one ", u"one ", u" one "},
+             Row{u" ", u"", u""},
+             Row{u" \t\r\n ", u"", u""},
+             Row{u"\f", u"", u""},
+             Row{u" \f ", u"", u" "},  // libxml2 does not call a form feed white space
+             Row{u"\v one", u"\v one", u"\v one"},
+             Row{u" \v", u"\v", u" \v"},
+             Row{u"a \u0001 b", u"a \u0001 b", u"a \u0001 b"},
+             Row{u"\u00a0 \u2028  \u3000", u"\u00a0 \u2028 \u3000", u"\u00a0 \u2028 \u3000"},
+             Row{u" \u00e9  \U0001F600\n\u4e2d ", u"\u00e9 \U0001F600\u4e2d ", u" \u00e9 \U0001F600\u4e2d "},
+             Row{u"a  <  &amp;  b", u"a < &amp; b", u"a < &amp; b"},
+         }) {
+        SCOPED_TRACE(wq::toUTF8(row.before));
+        const auto alone = WQXMLText::newWithString(row.before), behind = WQXMLText::newWithString(row.before);
+        alone->normalizeContent();
+        EXPECT_EQ(alone->string(), row.first);
+        EXPECT_TRUE(alone->normalized());
+        const auto document = parse("<r><a/></r>");
+        document->documentElement()->appendChild(behind);
+        behind->normalizeContent();
+        EXPECT_EQ(behind->string(), row.behind);
+        EXPECT_TRUE(behind->normalized());
+    }
+}
+
+TEST(WQXMLTextTest, WhateverStandsAheadIsAPreviousSibling) {
+    for (const char* xml : {"<r><a/> t</r>", "<r><!--c--> t</r>", "<r><?i?> t</r>", "<r><![CDATA[]]> t</r>"}) {
+        SCOPED_TRACE(xml);
+        const auto document = parse(xml);
+        const auto text = wq::cast<WQXMLText>(document->documentElement()->lastChild());
+        text->normalizeContent();
+        EXPECT_EQ(text->string(), u" t");
+    }
+    const auto document = parse("<r>s</r>");
+    const auto text = document->createTextNode(u" t ");
+    document->documentElement()->appendChild(text);
+    text->normalizeContent();
+    EXPECT_EQ(text->string(), u" t ");
+    const auto first = parse("<r> t<a/></r>");
+    firstText(first)->normalizeContent();
+    EXPECT_EQ(firstText(first)->string(), u"t");
+}
+
+TEST(WQXMLTextTest, NormalizingASecondTimeDoesNothing) {
+    const auto text = WQXMLText::newWithString(u" one  two");
+    EXPECT_FALSE(text->normalized());
+    text->normalizeContent();
+    EXPECT_EQ(text->string(), u"one two");
+    text->setString(u"  three  ");
+    EXPECT_TRUE(text->normalized());
+    text->normalizeContent();
+    EXPECT_EQ(text->string(), u"  three  ");
+    const auto copy = wq::cast<WQXMLText>(text->copy());
+    EXPECT_FALSE(copy->normalized());
+    copy->normalizeContent();
+    EXPECT_EQ(copy->string(), u"three ");
+}
+
+TEST(WQXMLTextTest, PreservedWhiteSpaceStays) {
+    struct Row {
+        const char* document;
+        const char16_t* after;
+    };
+    for (const Row& row : {
+             Row{"<r xml:space='preserve'><a>  x \n y</a></r>", u"  x \n y"},
+             Row{"<r><a xml:space='preserve'>  x \n y</a></r>", u"  x \n y"},
+             Row{"<r><a xml:space='preserve'> \n </a></r>", u" \n "},
+             Row{"<r xml:space='preserve'><a xml:space='default'>  x \n y</a></r>", u"x y"},
+             Row{"<r xml:space='default'><a>  x \n y</a></r>", u"x y"},
+             Row{"<r><b xml:space='preserve'/><a>  x \n y</a></r>", u"x y"},
+             Row{"<r space='preserve'><a>  x \n y</a></r>", u"x y"},
+         }) {
+        SCOPED_TRACE(row.document);
+        const auto document = parse(row.document);
+        const auto text = wq::cast<WQXMLText>(find(document, u"a")->firstChild());
+        text->normalizeContent();
+        EXPECT_EQ(text->string(), row.after);
+        EXPECT_TRUE(text->normalized());
+    }
+}
+
+TEST(WQXMLTextTest, PreservedWhiteSpaceStaysAlsoWhereItIsNotPreservedAnyMore) {
+    const auto document = parse("<a xml:space='preserve'>  x</a>");
+    const auto text = firstText(document);
+    text->normalizeContent();
+    document->documentElement()->removeChild(text);
+    text->normalizeContent();
+    EXPECT_EQ(text->string(), u"  x");
+}
+
+TEST(WQXMLTextTest, ATextWithoutContentIsNormalizedInSilence) {
+    const auto text = WQXMLText::text();
+    text->normalizeContent();
+    EXPECT_EQ(text->length(), 0u);
+    EXPECT_TRUE(text->normalized());
+}
+
+TEST(WQXMLTextTest, NormalizingTheTextOfAnAttributeChangesItsValue) {
+    const auto document = parse("<!DOCTYPE a [<!ATTLIST a i ID #IMPLIED>]><a i='k'/>");
+    const auto a = document->documentElement();
+    const auto text = wq::cast<WQXMLText>(a->firstAttribute()->firstChild());
+    text->setString(u" k  m");
+    EXPECT_EQ(document->getElementById(u" k  m"), a);
+    text->normalizeContent();
+    EXPECT_EQ(a->getAttribute(u"i"), u"k m");
+    EXPECT_EQ(document->getElementById(u"k m"), a);
+    EXPECT_FALSE(document->getElementById(u" k  m"));
+    a->removeAttribute(u"i");
+    EXPECT_FALSE(document->getElementById(u"k m"));
+    EXPECT_FALSE(document->getElementById(u" k  m"));
+}
+
+TEST(WQXMLTextTest, ADeadTextIsNoWhiteSpaceAndIsNotNormalized) {
+    auto document = parse("<a> </a>");
+    const auto text = firstText(document);
+    EXPECT_TRUE(text->isWhitespace());
+    document = nullptr;
+    EXPECT_FALSE(text->isWhitespace());
+    text->normalizeContent();
+    EXPECT_FALSE(text->normalized());
+    EXPECT_FALSE(text->string());
+}
+
+TEST(WQXMLTextTest, NormalizingALongTextIsExact) {
+    std::u16string before, after;
+    for (int i = 0; i < 10000; ++i) {
+        before += u" \t\u00e9\n";
+        after += i ? u" \u00e9" : u"\u00e9";
+    }
+    const auto text = WQXMLText::newWithString(before);
+    text->normalizeContent();
+    EXPECT_EQ(text->string(), NSString(after));
+}
+
 // ---- Copying
 
 TEST(WQXMLTextTest, ACopyHasTheStringAndTheClassAndNoParentAndNoDocument) {

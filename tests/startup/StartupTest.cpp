@@ -10,6 +10,9 @@
 
 #include "dom/WQLibXML.h"
 #include "dom/WQXMLAttr.h"
+#include "dom/WQXMLExtensions.h"
+#include "dom/WQXMLReader.h"
+#include "dom/WQXMLWriter.h"
 #include "platform/NSBundle.h"
 #include "tests/dom/Support.h"
 
@@ -171,6 +174,77 @@ TEST(StartupTest, ATextMadeFirstCanGoIntoALaterDocument) {
         const auto d = parse("<a/>");
         d->documentElement()->appendChild(text);
         EXPECT_EQ(dump(d), "a[\"t\"]");
+    });
+}
+
+TEST(StartupTest, AWriterStartsTheLibrary) {
+    inAFreshProcess([] {
+        const auto writer = WQXMLWriter::newToMemory();
+        expectStarted();
+        expectDefaultClasses();
+        EXPECT_EQ(raised([&] { EXPECT_EQ(writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"none", nullptr), -1); }), "");
+    });
+}
+
+TEST(StartupTest, AWriterToADocumentStartsTheLibraryAndItsNodesHaveWrappers) {
+    inAFreshProcess([] {
+        const auto writer = WQXMLWriter::newToXMLDocument();
+        expectStarted();
+        expectDefaultClasses();
+        writer->writeElement_content(u"a", u"t");
+        writer->flush();
+        EXPECT_EQ(dump(writer->XMLDocument()), "a[\"t\"]");
+    });
+}
+
+TEST(StartupTest, AWriterWhoseFileCannotBeOpenedStartsTheLibraryAndIsSilent) {
+    inAFreshProcess([] {
+        testing::internal::CaptureStderr();
+        const auto writer = WQXMLWriter::newWithURL(NSURL::URLWithString(u"file:///no/such/folder/a.xml"));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        expectStarted();
+        EXPECT_EQ(writer->startElement(u"a"), -1);
+    });
+}
+
+TEST(StartupTest, AReaderStartsTheLibrary) {
+    inAFreshProcess([] {
+        const auto reader = WQXMLReader::newWithData_baseURL_error(data("<a><b></a>"), nullptr, nullptr);
+        expectStarted();
+        expectDefaultClasses();
+        EXPECT_EQ(raised([&] { reader->read(); }), "XML Exception: Opening and ending tag mismatch: b line 1 and a\n");
+        EXPECT_EQ(dump(parse("<a><b/></a>")), "a[b]");
+    });
+}
+
+TEST(StartupTest, AReaderOfAFileStartsTheLibrary) {
+    inAFreshProcess([] {
+        const Folder folder("");
+        std::ofstream(folder.path / "a.xml") << "<a/>";
+        const auto url = NSURL::fileURLWithPath(wq::fromUTF8((folder.path / "a.xml").string()));
+        const auto reader = WQXMLReader::newWithURL_options_error(url, 0, nullptr);
+        expectStarted();
+        EXPECT_EQ(reader->read(), 1);
+        EXPECT_EQ(reader->read(), 0);
+    });
+}
+
+TEST(StartupTest, AReaderWhoseFileCannotBeOpenedStartsTheLibraryAndIsSilent) {
+    inAFreshProcess([] {
+        testing::internal::CaptureStderr();
+        const auto reader = WQXMLReader::newWithURL_options_error(NSURL::URLWithString(u"file:///no/such/a.xml"), 0, nullptr);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        expectStarted();
+        EXPECT_EQ(reader->read(), -1);
+    });
+}
+
+TEST(StartupTest, ARelativeURLStartsTheLibrary) {
+    inAFreshProcess([] {
+        const auto base = NSURL::URLWithString(u"http://h/a/b.html"), url = NSURL::URLWithString(u"http://h/a/it's.html");
+        EXPECT_EQ(standardizedFileURL(NSURL::URLWithString(u"file:///a"))->absoluteString(), u"file://localhost/a");
+        EXPECT_EQ(stringRelativeToURL(url, base), u"it%27s.html");
+        expectStarted();
     });
 }
 
