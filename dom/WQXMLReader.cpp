@@ -23,33 +23,38 @@ private:
     bool previous;
 };
 
-// What it raises, it raises when libxml2 has returned.
-template <class Call> auto unregistered(Call&& call) {
-    wq::GuardedCall guard;
-    auto result = [&] {
+// What it raises, it raises when libxml2 has returned and `clean` has freed what came back.
+template <class Call, class Clean> auto unregistered(Call&& call, Clean&& clean) {
+    auto scoped = [&] {
         const WithoutRegistration scope;
         return call();
-    }();
-    guard.raise();
-    return result;
+    };
+    return wq::guarded(scoped, clean);
+}
+
+constexpr auto nothing = [](auto) {};
+
+void freeReader(xmlTextReaderPtr reader) {
+    const WithoutRegistration scope;
+    xmlFreeTextReader(reader);
 }
 }  // namespace
 
 template <class... P, class... A> int32_t WQXMLReader::integer(int (*function)(_xmlTextReader*, P...), A&&... arguments) const {
     if (isNil()) return 0;
-    return unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); });
+    return unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); }, nothing);
 }
 
 // The low byte of libxml2's number, so that -1 is true: wanted.
 bool WQXMLReader::boolean(int (*function)(_xmlTextReader*)) const { return static_cast<uint8_t>(integer(function)) != 0; }
 
 NSString WQXMLReader::string(const unsigned char* (*function)(_xmlTextReader*)) const {
-    return wq::fromUTF8(unregistered([&] { return function(my._reader); }));
+    return wq::fromUTF8(unregistered([&] { return function(my._reader); }, nothing));
 }
 
 template <class... P, class... A>
 NSString WQXMLReader::freedString(unsigned char* (*function)(_xmlTextReader*, P...), A&&... arguments) const {
-    return wq::takeString(unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); }));
+    return wq::takeString(unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); }, xmlFree));
 }
 
 // ---- Making one
@@ -58,12 +63,13 @@ bool WQXMLReader::initWithURL_options_error(const Ref<NSURL>& url, int32_t, Ref<
     wq::startLibrary();
     my._url = url;
     const Bytes text(url->absoluteString());
-    my._reader = unregistered([&] {
+    auto open = [&] {
         const int previous = std::exchange(xmlLoadExtDtdDefaultValue, 0);  // whatever was parsed before
         xmlTextReaderPtr reader = xmlNewTextReaderFilename(text.characters());
         xmlLoadExtDtdDefaultValue = previous;
         return reader;
-    });
+    };
+    my._reader = unregistered(open, freeReader);
     return true;
 }
 
@@ -74,8 +80,8 @@ bool WQXMLReader::initWithData_baseURL_error(const Ref<NSData>& data, const Ref<
     bytes = data->snapshot();
     if (!bytes || bytes->size() > INT_MAX) return true;
     const Bytes base(baseURL->absoluteString());
-    my._reader =
-        unregistered([&] { return xmlReaderForMemory(bytes->data(), static_cast<int>(bytes->size()), base.characters(), nullptr, 0); });
+    auto open = [&] { return xmlReaderForMemory(bytes->data(), static_cast<int>(bytes->size()), base.characters(), nullptr, 0); };
+    my._reader = unregistered(open, freeReader);
     return true;
 }
 
@@ -85,8 +91,7 @@ void WQXMLReader::teardown() {
     flags |= kDying;
     if (my._reader) {
         wq::GuardedCall guard;
-        const WithoutRegistration scope;
-        xmlFreeTextReader(my._reader);
+        freeReader(my._reader);
     }
     delete this;
 }

@@ -14,7 +14,8 @@
 // numbers are -1, whose yes-or-no answers are true and whose strings are null. Null answers 0, false
 // and null.
 // Raises "XML Exception" with libxml2's message for the first thing that it reports in `read` and the
-// other operations that go on in the input. Once it has raised, the rest of the input is lost: nodes
+// other operations that go on in the input; and when it is made, for bytes that contradict their
+// encoding. Once it has raised, the rest of the input is lost: nodes
 // that were read ahead may still come, then -1, and nothing is raised again.
 // External DTDs are not read.
 #pragma once

@@ -1,10 +1,10 @@
-// A URL of bytes from outside: kept as it stands, and told apart the same way twice; and a path of
-// the file system, there and back.
+// A URL of bytes from outside: kept as it stands, and told apart the same way twice; a path of the file
+// system, there and back; and two URLs, a line each, one relative to the other.
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/NSURL.h"
+#include "dom/WQXMLExtensions.h"
 
 namespace {
 void require(bool condition) {
@@ -18,6 +18,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         require(url->absoluteString() == text);
         const auto again = NSURL::URLWithString(url->absoluteString());
         require(again->scheme() == url->scheme() && again->host() == url->host() && again->fragment() == url->fragment());
+    }
+    const size_t line = text.view().find(u'\n');
+    if (line != std::u16string_view::npos) {
+        const auto url = NSURL::URLWithString(text.substringWithRange({0, line}));
+        const auto base = NSURL::URLWithString(text.substringWithRange({line + 1, text.length() - line - 1}));
+        if (url && base) (void)stringRelativeToURL(url, base);
     }
     const NSString path = NSString(u"/") + text;
     if (const auto url = NSURL::fileURLWithPath(path)) {

@@ -901,6 +901,12 @@ TEST(WQXMLReaderTest, AReaderThatGoesBeforeAnErrorIsSilent) {
         "");
 }
 
+TEST(WQXMLReaderTest, BytesThatContradictTheirEncodingRaiseWhenTheReaderIsMade) {
+    const std::string likeUTF32(std::string("<\0\0\0", 4) + "\0\0\0a>\xFF\xFF\xFF\xFF</a>");
+    EXPECT_THAT(raised([&] { reader(likeUTF32); }), testing::StartsWith("XML Exception: input conversion failed due to input error"));
+    EXPECT_TRUE(gRegisterNode);
+}
+
 // Parsed documents look for it, and readers of files do not, whatever was parsed before.
 TEST(WQXMLReaderTest, ADocumentTypeElsewhereIsNotReadForAFileNorForBytes) {
     const Folder folder;
