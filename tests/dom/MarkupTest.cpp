@@ -8,10 +8,6 @@
 #include "dom/WQXMLAttr.h"
 #include "tests/dom/Support.h"
 
-namespace wq {
-int64_t numberOfLivingNodes() noexcept;
-}
-
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -19,7 +15,7 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr int32_t kRemoved = 8, kEverything = 0x7fffffff;
+constexpr int32_t kRemoved = 8;
 constexpr const char* kFailedAttach = "NSInternalInconsistencyException: Could not add children to element";
 constexpr const char16_t* kXMLNamespace = u"http://www.w3.org/XML/1998/namespace";
 
@@ -60,19 +56,6 @@ Ref<NSDictionary> classes(const NSString& uri, const NSString& name, const wq::C
     return NSDictionary::dictionary({{DefaultElementClassesKey, NSDictionary::dictionary({{uri, byName}})}});
 }
 template <class T> Ref<NSDictionary> elementsNamed(const char16_t* name) { return classes(DefaultNamespaceKey, name, &wq::Class::of<T>()); }
-
-// Puts a value in a global for a scope.
-template <class T> class Put {
-public:
-    Put(T& variable, T value) : place(variable), previous(variable) { place = value; }
-    ~Put() { place = previous; }
-    Put(const Put&) = delete;
-    Put& operator=(const Put&) = delete;
-
-private:
-    T& place;
-    T previous;
-};
 
 Ref<WQXMLElement> element(const Ref<WQXMLDocument>& document, std::u16string_view name) {
     return wq::cast<WQXMLElement>(find(document, name));

@@ -6,6 +6,9 @@
 
 #include <libxml/tree.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,9 +19,15 @@
 #include "dom/WQXMLMutationEvent.h"
 #include "platform/Assertion.h"
 
+namespace wq {
+int64_t numberOfLivingNodes() noexcept;  // of libxml2's, with and without wrappers
+}
+
 namespace test {
 
 using namespace wq::literals;
+
+constexpr int32_t kEverything = 0x7fffffff;  // every event bit
 
 inline Ref<NSData> data(std::string_view bytes) { return NSData::dataWithBytes(std::string(bytes)); }
 
@@ -59,6 +68,36 @@ inline std::string serialised(const Ref<WQXMLNode>& node) {
     xmlBufferFree(buffer);
     return text;
 }
+
+// A folder of a test's own, gone with the scope.
+struct Folder {
+    Folder() { path = mkdtemp(pattern.data()); }
+    ~Folder() { std::filesystem::remove_all(path); }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    std::filesystem::path file(const char* name) const { return path / name; }
+    std::filesystem::path file(const char* name, std::string_view content) const {
+        std::ofstream(path / name, std::ios::binary) << content;
+        return path / name;
+    }
+    std::string pattern = testing::TempDir() + "wq-XXXXXX";
+    std::filesystem::path path;
+};
+inline Ref<NSURL> fileURL(const std::filesystem::path& path) { return NSURL::fileURLWithPath(wq::fromUTF8(path.string())); }
+
+// Puts a value in a global for a scope.
+template <class T> class Put {
+public:
+    Put(T& variable, T value) : place(variable), previous(variable) { place = value; }
+    ~Put() { place = previous; }
+    Put(const Put&) = delete;
+    Put& operator=(const Put&) = delete;
+
+private:
+    T& place;
+    T previous;
+};
 
 // Keeps the assertions that fail in its scope; the operation goes on.
 class Assertions {

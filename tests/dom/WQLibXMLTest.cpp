@@ -12,10 +12,6 @@
 #include "dom/WQXMLAttr.h"
 #include "tests/dom/Support.h"
 
-namespace wq {
-int64_t numberOfLivingNodes() noexcept;
-}
-
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -30,18 +26,6 @@ Ref<WQXMLNode> wrapped(const void* node) { return Ref<WQXMLNode>(wrapper(node));
 template <class T> bool isExactly(const WQXMLNode* node) { return node && wq::Class::of(*node) == &wq::Class::of<T>(); }
 template <class T> bool isExactly(const Ref<WQXMLNode>& node) { return isExactly<T>(node.get()); }
 
-// Puts a value in a global for a scope.
-template <class T> class Put {
-public:
-    Put(T& variable, T value) : place(variable), previous(variable) { place = value; }
-    ~Put() { place = previous; }
-    Put(const Put&) = delete;
-    Put& operator=(const Put&) = delete;
-
-private:
-    T& place;
-    T previous;
-};
 template <class T> Put<const wq::Class*> putClass(const wq::Class*& place) { return Put<const wq::Class*>(place, &wq::Class::of<T>()); }
 
 class RegistrationOff {

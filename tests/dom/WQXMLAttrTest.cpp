@@ -13,7 +13,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr int32_t kEverything = 0x7fffffff;
 constexpr const char16_t* kXMLNamespace = u"http://www.w3.org/XML/1998/namespace";
 
 Ref<WQXMLElement> element(const Ref<WQXMLDocument>& document, std::u16string_view name) {

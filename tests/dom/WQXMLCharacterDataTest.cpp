@@ -11,8 +11,6 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr int32_t kEverything = 0x7fffffff;
-
 Ref<WQXMLCharacterData> firstText(const Ref<WQXMLDocument>& document) {
     return wq::cast<WQXMLCharacterData>(document->documentElement()->firstChild());
 }

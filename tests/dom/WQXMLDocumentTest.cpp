@@ -19,8 +19,6 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr int32_t kEverything = 0x7fffffff;
-
 struct Paragraph : WQXMLElement {};
 struct SpecialParagraph : Paragraph {};
 struct Heading : WQXMLElement {};

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr int32_t kInserted = 4, kRemoved = 8, kSubtree = 16, kEverything = 0x7fffffff;
+constexpr int32_t kInserted = 4, kRemoved = 8, kSubtree = 16;
 
 // Does what it is told when it hears something.
 struct Doing final : WQXMLEventListener {

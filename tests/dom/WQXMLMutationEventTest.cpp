@@ -13,8 +13,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr int32_t kEverything = 0x7fffffff;
-
 // Runs on every event below a node, the node itself included.
 class Watch final : public WQXMLEventListener {
 public:

@@ -12,10 +12,6 @@
 #include "platform/Log.h"
 #include "tests/dom/Support.h"
 
-namespace wq {
-int64_t numberOfLivingNodes() noexcept;
-}
-
 using namespace test;
 using testing::AllOf;
 using testing::ElementsAre;

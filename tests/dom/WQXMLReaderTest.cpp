@@ -8,10 +8,6 @@
 #include "tests/dom/Support.h"
 #include "tests/tree/Headers.h"
 
-namespace wq {
-int64_t numberOfLivingNodes() noexcept;
-}
-
 namespace {
 
 using namespace test;
@@ -28,21 +24,7 @@ Reader reader(std::string_view xml, const NSString& base = nullptr) {
     return WQXMLReader::newWithData_baseURL_error(data(xml), NSURL::URLWithString(base), nullptr);
 }
 
-// A folder of our own, gone with the scope.
-struct Folder {
-    Folder() { path = mkdtemp(pattern.data()); }
-    ~Folder() { std::filesystem::remove_all(path); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    std::filesystem::path file(const char* name, std::string_view content) const {
-        std::ofstream(path / name, std::ios::binary) << content;
-        return path / name;
-    }
-    std::string pattern = testing::TempDir() + "wq-reader-XXXXXX";
-    std::filesystem::path path;
-};
-Ref<NSURL> url(const std::filesystem::path& path) { return NSURL::fileURLWithPath(wq::fromUTF8(path.string())); }
-Reader readerOf(const std::filesystem::path& path) { return WQXMLReader::newWithURL_options_error(url(path), 0, nullptr); }
+Reader readerOf(const std::filesystem::path& path) { return WQXMLReader::newWithURL_options_error(fileURL(path), 0, nullptr); }
 Reader unopened() { return readerOf(testing::TempDir() + "/no/such/document.xml"); }
 
 // Reads as far as the first node of that name.
@@ -627,7 +609,7 @@ TEST(WQXMLReaderTest, AClosedReaderHasNoNode) {
 
 TEST(WQXMLReaderTest, AnInputThatCannotBeOpenedGivesAReaderWhoseEveryAnswerIsAnError) {
     const Assertions assertions;
-    const Ref<NSURL> refused[] = {url(testing::TempDir() + "/no/such/document.xml"), NSURL::URLWithString(u"none:x"), nullptr};
+    const Ref<NSURL> refused[] = {fileURL(testing::TempDir() + "/no/such/document.xml"), NSURL::URLWithString(u"none:x"), nullptr};
     for (const Ref<NSURL>& each : refused) {
         SCOPED_TRACE(wq::toUTF8(wq::printed(each->absoluteString())));
         Reader nothing;
@@ -666,13 +648,13 @@ TEST(WQXMLReaderTest, AFileIsReadByItsURL) {
     const auto path = folder.file("a b'c.xml", "<a><b/></a>");
     const Reader all = readerOf(path);
     EXPECT_EQ(all->read(), 1);
-    EXPECT_EQ(all->baseURI(), url(path)->absoluteString());
+    EXPECT_EQ(all->baseURI(), fileURL(path)->absoluteString());
     EXPECT_EQ(rest(all), (Lines{"1 1 b", "0 15 a"}));
 }
 
 TEST(WQXMLReaderTest, TheURLMayBeLetGoOf) {
     const Folder folder;
-    auto source = url(folder.file("a.xml", "<a>" + std::string(100'000, 'x') + "</a>"));
+    auto source = fileURL(folder.file("a.xml", "<a>" + std::string(100'000, 'x') + "</a>"));
     const Reader all = WQXMLReader::newWithURL_options_error(source, 0, nullptr);
     const NSString base = source->absoluteString();
     source = nullptr;
@@ -684,7 +666,7 @@ TEST(WQXMLReaderTest, TheURLMayBeLetGoOf) {
 
 TEST(WQXMLReaderTest, OptionsHaveNoMeaning) {
     const Folder folder;
-    const auto source = url(folder.file("a.xml", "<!DOCTYPE a [<!ENTITY e 'x'>]><a> <b/>&e;<![CDATA[c]]></a>"));
+    const auto source = fileURL(folder.file("a.xml", "<!DOCTYPE a [<!ENTITY e 'x'>]><a> <b/>&e;<![CDATA[c]]></a>"));
     // Blanks left out, entities and defaults put in, CDATA as text, errors passed over: none of it.
     const Reader all = WQXMLReader::newWithURL_options_error(source, 1 | 2 | 8 | 256 | 16384, nullptr);
     EXPECT_EQ(rest(all), (Lines{"0 10 a", "0 1 a", "1 14 #text= ", "1 1 b", "1 5 e", "1 4 #cdata-section=c", "0 15 a"}));
@@ -694,8 +676,8 @@ TEST(WQXMLReaderTest, TheErrorIsNeverWritten) {
     const Folder folder;
     const Ref<NSError> before = NSError::errorWithDomain_code_description(u"d", 1, u"m");
     Ref<NSError> written = before;
-    WQXMLReader::newWithURL_options_error(url(folder.file("a.xml", "<a/>")), 0, &written);
-    WQXMLReader::newWithURL_options_error(url(folder.path / "none.xml"), 0, &written);
+    WQXMLReader::newWithURL_options_error(fileURL(folder.file("a.xml", "<a/>")), 0, &written);
+    WQXMLReader::newWithURL_options_error(fileURL(folder.path / "none.xml"), 0, &written);
     WQXMLReader::newWithURL_options_error(nullptr, 0, &written);
     WQXMLReader::newWithData_baseURL_error(data("<a/>"), nullptr, &written);
     WQXMLReader::newWithData_baseURL_error(nullptr, nullptr, &written);
@@ -913,9 +895,9 @@ TEST(WQXMLReaderTest, ADocumentTypeElsewhereIsNotReadForAFileNorForBytes) {
     const char* xml = "<!DOCTYPE a SYSTEM 'missing.dtd'><a/>";
     const auto path = folder.file("a.xml", xml);
     for (int time = 0; time < 2; ++time) {
-        EXPECT_EQ(rest(reader(xml, url(path)->absoluteString())), (Lines{"0 10 a", "0 1 a"}));
+        EXPECT_EQ(rest(reader(xml, fileURL(path)->absoluteString())), (Lines{"0 10 a", "0 1 a"}));
         EXPECT_EQ(rest(readerOf(path)), (Lines{"0 10 a", "0 1 a"}));
-        EXPECT_NE(raised([&] { WQXMLDocument::newWithContentsOfURL_arguments_error(url(path), nullptr, nullptr); }), "");
+        EXPECT_NE(raised([&] { WQXMLDocument::newWithContentsOfURL_arguments_error(fileURL(path), nullptr, nullptr); }), "");
     }
 }
 

@@ -34,20 +34,8 @@ void quietly(auto&& work) {
     EXPECT_THAT(assertions.descriptions, IsEmpty());
 }
 
-// A folder of our own, gone with the scope.
-struct Folder {
-    Folder() { path = mkdtemp(pattern.data()); }
-    ~Folder() { std::filesystem::remove_all(path); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    std::filesystem::path file(const char* name) const { return path / name; }
-    std::string pattern = testing::TempDir() + "wq-writer-XXXXXX";
-    std::filesystem::path path;
-};
-Ref<NSURL> url(const std::filesystem::path& path) { return NSURL::fileURLWithPath(wq::fromUTF8(path.string())); }
-
 // Cannot open its destination.
-Writer closed() { return WQXMLWriter::newWithURL(url(testing::TempDir() + "/no/such/document.xml")); }
+Writer closed() { return WQXMLWriter::newWithURL(fileURL(testing::TempDir() + "/no/such/document.xml")); }
 
 std::string names(const Writer& writer) {
     std::string text;
@@ -127,7 +115,7 @@ TEST(WQXMLWriterTest, AWriterToADocumentHasTheDocumentAndNoData) {
 
 TEST(WQXMLWriterTest, AWriterToAFileHasNeither) {
     const Folder folder;
-    const auto writer = WQXMLWriter::newWithURL(url(folder.file("a.xml")));
+    const auto writer = WQXMLWriter::newWithURL(fileURL(folder.file("a.xml")));
     EXPECT_FALSE(writer->XMLData());
     EXPECT_FALSE(writer->XMLDocument());
     EXPECT_EQ(names(writer), "");
@@ -209,27 +197,27 @@ TEST(WQXMLWriterTest, AnswersAreTheNumbersOfLibxml2) {
 
 TEST(WQXMLWriterTest, AFileIsCompleteAfterTheEndOfItsWriter) {
     const Folder folder;
-    WQXMLWriter::newWithURL(url(folder.file("a.xml")))->writeElement_content(u"a", u"\u00E9");
+    WQXMLWriter::newWithURL(fileURL(folder.file("a.xml")))->writeElement_content(u"a", u"\u00E9");
     EXPECT_EQ(contentsOf(folder.file("a.xml")), "<a>\xC3\xA9</a>");
 }
 
 TEST(WQXMLWriterTest, AFileIsMadeAlsoIfNothingIsWrittenAndReplacesAnOldOne) {
     const Folder folder;
-    WQXMLWriter::newWithURL(url(folder.file("a.xml")))->writeRaw(u"much text");
-    WQXMLWriter::newWithURL(url(folder.file("a.xml")));
+    WQXMLWriter::newWithURL(fileURL(folder.file("a.xml")))->writeRaw(u"much text");
+    WQXMLWriter::newWithURL(fileURL(folder.file("a.xml")));
     EXPECT_TRUE(std::filesystem::exists(folder.file("a.xml")));
     EXPECT_EQ(contentsOf(folder.file("a.xml")), "");
 }
 
 TEST(WQXMLWriterTest, AFileNameMayHoldABlank) {
     const Folder folder;
-    WQXMLWriter::newWithURL(url(folder.file("a b.xml")))->writeRaw(u"<a/>");
+    WQXMLWriter::newWithURL(fileURL(folder.file("a b.xml")))->writeRaw(u"<a/>");
     EXPECT_EQ(contentsOf(folder.file("a b.xml")), "<a/>");
 }
 
 TEST(WQXMLWriterTest, ADestinationThatCannotBeOpenedGivesAWriterThatAnswersMinusOne) {
     const Folder folder;
-    for (const Ref<NSURL>& refused : {url(folder.file("no/such.xml")), url(folder.path), Ref<NSURL>()}) {
+    for (const Ref<NSURL>& refused : {fileURL(folder.file("no/such.xml")), fileURL(folder.path), Ref<NSURL>()}) {
         SCOPED_TRACE(wq::toUTF8(wq::printed(refused->absoluteString())));
         Writer writer;
         quietly([&] { writer = WQXMLWriter::newWithURL(refused); });

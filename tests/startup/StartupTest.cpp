@@ -54,17 +54,17 @@ void expectDefaultClasses() {
 }
 
 // A folder with one catalogue in it, and one small external DTD.
-class Folder {
+class CatalogFolder {
 public:
-    explicit Folder(const std::string& catalog) {
+    explicit CatalogFolder(const std::string& catalog) {
         char name[] = "/tmp/wq-startup-XXXXXX";
         path = mkdtemp(name);
         std::ofstream(path / "catalog.xml") << catalog;
         std::ofstream(path / "known.dtd") << "<!ATTLIST b key ID #IMPLIED>";
     }
-    ~Folder() { std::filesystem::remove_all(path); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
+    ~CatalogFolder() { std::filesystem::remove_all(path); }
+    CatalogFolder(const CatalogFolder&) = delete;
+    CatalogFolder& operator=(const CatalogFolder&) = delete;
     std::filesystem::path path;
 };
 
@@ -121,7 +121,7 @@ TEST(StartupTest, AParsedHTMLDocumentStartsTheLibrary) {
 
 TEST(StartupTest, ADocumentReadFromAFileStartsTheLibrary) {
     inAFreshProcess([] {
-        const Folder folder("");
+        const CatalogFolder folder("");
         std::ofstream(folder.path / "a.xml") << "<a><b/></a>";
         const auto url = NSURL::fileURLWithPath(wq::fromUTF8((folder.path / "a.xml").string()));
         EXPECT_EQ(dump(WQXMLDocument::newWithContentsOfURL_arguments_error(url, nullptr, nullptr)), "a[b]");
@@ -219,7 +219,7 @@ TEST(StartupTest, AReaderStartsTheLibrary) {
 
 TEST(StartupTest, AReaderOfAFileStartsTheLibrary) {
     inAFreshProcess([] {
-        const Folder folder("");
+        const CatalogFolder folder("");
         std::ofstream(folder.path / "a.xml") << "<a/>";
         const auto url = NSURL::fileURLWithPath(wq::fromUTF8((folder.path / "a.xml").string()));
         const auto reader = WQXMLReader::newWithURL_options_error(url, 0, nullptr);
@@ -327,7 +327,7 @@ TEST(StartupTest, TheShippedCatalogLetsDocumentsParse) {
 
 TEST(StartupTest, TheCatalogOfTheBundleIsLoaded) {
     inAFreshProcess([] {
-        const Folder folder(
+        const CatalogFolder folder(
             "<catalog xmlns='urn:oasis:names:tc:entity:xmlns:xml:catalog'>"
             "<system systemId='urn:wq:known' uri='known.dtd'/></catalog>");
         NSBundle::setResourceFolders({folder.path.string()});
