@@ -13,6 +13,7 @@
 
 #include "dom/Binding.h"
 #include "dom/WQXMLAttr.h"
+#include "dom/WQXMLRange.h"
 #include "dom/WQXMLWriter.h"
 #include "platform/Assertion.h"
 
@@ -192,6 +193,7 @@ bool WQXMLDocument::initWithData_baseURL_arguments_error(
 
 void WQXMLDocument::teardown() {
     flags |= kDying;
+    if (bookkeeping.whileAlive) *bookkeeping.whileAlive = nullptr;
     wq::GuardedCall guard;
     if (my.docImpl) xmlFreeDoc(std::exchange(my.docImpl, nullptr));  // its nodes' wrappers go by the hook
     delete this;
@@ -278,6 +280,15 @@ Ref<WQXMLText> WQXMLDocument::createTextNode(const NSString& string) {
         return nullptr;
     }
     return wq::cast<WQXMLText>(Binding::adoptNewNode(node));
+}
+
+// ---- Ranges
+
+Ref<WQXMLRange> WQXMLDocument::createRange() { return my.docImpl ? WQXMLRange::rangeWithContainer_offset(documentElement(), 0) : nullptr; }
+
+const std::shared_ptr<WQXMLDocument*>& WQXMLDocument::whileAlive() {
+    if (!bookkeeping.whileAlive) bookkeeping.whileAlive = std::make_shared<WQXMLDocument*>(this);
+    return bookkeeping.whileAlive;
 }
 
 // ---- Finding nodes

@@ -28,6 +28,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "dom/WQXMLElement.h"
@@ -72,6 +73,7 @@ inline constexpr const char16_t* DefaultElementKey = u"DefaultElement";
 // builds the library says whose it is: -DWQ_ELEMENTS_HOST=HOST gives "http://HOST/elements/1.0".
 extern const char16_t* const WQXMLElementsNamespace;
 
+class WQXMLRange;
 template <class T> class NilDocument;
 
 class WQXMLDocument : public WQXMLNode {
@@ -129,6 +131,11 @@ public:
     Ref<WQXMLAttr> createAttribute(const NSString& name);
     Ref<WQXMLAttr> createAttribute_namespaceURI(const NSString& qualifiedName, const NSString& uri);
     Ref<WQXMLNode> importNode_deep(const Ref<WQXMLNode>& node, bool deep);
+
+    // ---- Ranges
+
+    // Collapsed at the beginning of the root element; both points unset without one.
+    Ref<WQXMLRange> createRange();
 
     // ---- Finding nodes
 
@@ -200,6 +207,8 @@ public:
     bool initWithDocImpl(_xmlDoc* doc);  // takes the document over, without a class map
     _xmlDoc* xmlDoc() const noexcept { return my.docImpl; }
     void fixElementClass(_xmlNode* node);
+    // Holds this document for as long as it lives, and then null.
+    const std::shared_ptr<WQXMLDocument*>& whileAlive();
     wq::DetachedNode& detachedNodes() noexcept { return bookkeeping.detachedNodes; }
 
 protected:
@@ -222,6 +231,7 @@ private:
     struct {
         std::map<std::string, ClassesByName, std::less<>> classTable;  // elementClasses, with keys as libxml2 has them
         wq::DetachedNode detachedNodes;                                // the head of the list
+        std::shared_ptr<WQXMLDocument*> whileAlive;
     } bookkeeping;
 };
 

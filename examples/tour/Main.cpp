@@ -1,5 +1,6 @@
 // manuscript-tour FILE...: opens a document, prints its outline, edits it while a listener hears of every
-// edit, asks it for nodes, writes it in four ways and reads it again, with a short account of each.
+// edit, edits it through ranges, asks it for nodes, writes it in four ways and reads it again, with a
+// short account of each.
 //
 // XML and XHTML are read as XML; HTML, told by how it begins, is read by the HTML 4 parser.
 // Exit code 1, and one line on standard error, for a file that cannot be read.
@@ -9,6 +10,7 @@
 #include "examples/tour/Opening.h"
 #include "examples/tour/Outline.h"
 #include "examples/tour/Queries.h"
+#include "examples/tour/Selections.h"
 #include "examples/tour/Writing.h"
 
 namespace {
@@ -21,6 +23,7 @@ void tour(const std::string& path) {
     fmt::print("\nThe outline now:\n");
     printOutline(document);
     rewrite(document);
+    select(document);
     query(document);
     write(document);
 }

@@ -6,6 +6,7 @@
 #include "dom/WQXMLAttr.h"
 #include "dom/WQXMLDragEvent.h"
 #include "dom/WQXMLEventListenerData.h"
+#include "dom/WQXMLRange.h"
 #include "dom/WQXMLReader.h"
 #include "dom/WQXMLWriter.h"
 #include "platform/Log.h"
@@ -41,6 +42,7 @@ const Ref<NSURL> url;
 const Ref<WQXMLWriter> writer;
 const Ref<WQXMLWriterElement> open;
 const Ref<WQXMLReader> reader;
+const Ref<WQXMLRange> range;
 const NSString none;
 
 Ref<WQXMLText> some() { return WQXMLText::textWithString(u"x"); }
@@ -218,7 +220,50 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(NSURL::absoluteString, EXPECT_EQ(url->absoluteString(), none)), ROW(NSURL::scheme, EXPECT_EQ(url->scheme(), none)),
             ROW(NSURL::host, EXPECT_EQ(url->host(), none)), ROW(NSURL::fragment, EXPECT_EQ(url->fragment(), none)),
             ROW(NSURL::path, EXPECT_EQ(url->path(), none)), ROW(NSURL::isFileURL, EXPECT_FALSE(url->isFileURL())),
-            ROW(NSURL::description, EXPECT_EQ(url->description(), none)), ROW(WQXMLNode::encodeWithWriter, node->encodeWithWriter(writer)),
+            ROW(NSURL::description, EXPECT_EQ(url->description(), none)),
+            ROW(WQXMLRange::copyWithZone, EXPECT_FALSE(range->copyWithZone())),
+            ROW(WQXMLRange::copyRange, EXPECT_FALSE(range->copyRange())),
+            ROW(WQXMLRange::startContainer, EXPECT_FALSE(range->startContainer())),
+            ROW(WQXMLRange::endContainer, EXPECT_FALSE(range->endContainer())),
+            ROW(WQXMLRange::commonAncestorContainer, EXPECT_FALSE(range->commonAncestorContainer())),
+            ROW(WQXMLRange::startOffset, EXPECT_EQ(range->startOffset(), 0u)),
+            ROW(WQXMLRange::endOffset, EXPECT_EQ(range->endOffset(), 0u)),
+            ROW(WQXMLRange::setStart_offset, range->setStart_offset(some(), 1)),
+            ROW(WQXMLRange::setEnd_offset, range->setEnd_offset(some(), 1)), ROW(WQXMLRange::setStartBefore, range->setStartBefore(some())),
+            ROW(WQXMLRange::setStartAfter, range->setStartAfter(some())), ROW(WQXMLRange::setEndBefore, range->setEndBefore(some())),
+            ROW(WQXMLRange::setEndAfter, range->setEndAfter(some())), ROW(WQXMLRange::selectNode, range->selectNode(some())),
+            ROW(WQXMLRange::selectNodeContents, range->selectNodeContents(some())),
+            ROW(WQXMLRange::collapseToStart, range->collapseToStart()), ROW(WQXMLRange::collapseToEnd, range->collapseToEnd()),
+            ROW(WQXMLRange::deleteContents, range->deleteContents()), ROW(WQXMLRange::collapseAfterDelete, range->collapseAfterDelete()),
+            ROW(WQXMLRange::mergeAfterDelete, range->mergeAfterDelete()), ROW(WQXMLRange::addListeners, range->addListeners()),
+            ROW(WQXMLRange::removeListeners, range->removeListeners()), ROW(WQXMLRange::isDetached, EXPECT_FALSE(range->isDetached())),
+            ROW(WQXMLRange::shouldMergeAfterDelete, EXPECT_FALSE(range->shouldMergeAfterDelete())),
+            ROW(WQXMLRange::shouldAddListeners, EXPECT_FALSE(range->shouldAddListeners())),
+            ROW(WQXMLRange::collapsed, EXPECT_FALSE(range->collapsed())), ROW(WQXMLRange::isListening, EXPECT_FALSE(range->isListening())),
+            ROW(WQXMLRange::setIsDetached, range->setIsDetached(true)),
+            ROW(WQXMLRange::setShouldMergeAfterDelete, range->setShouldMergeAfterDelete(true)),
+            ROW(WQXMLRange::setShouldAddListeners, range->setShouldAddListeners(true)),
+            ROW(WQXMLRange::compareToRange_how, EXPECT_EQ(range->compareToRange_how(range, 7), 0)),
+            ROW(WQXMLRange::isEqualToRange, EXPECT_FALSE(range->isEqualToRange(range))),
+            ROW(WQXMLRange::intersectsRange_intersection, EXPECT_FALSE(range->intersectsRange_intersection(range, nullptr))),
+            ROW(WQXMLRange::selectsNode_isPartialSelection, bool isPartial = false;
+                EXPECT_FALSE(range->selectsNode_isPartialSelection(some(), &isPartial)); EXPECT_FALSE(isPartial)),
+            ROW(WQXMLRange::lengthOfContainer, EXPECT_EQ(range->lengthOfContainer(some()), 0u)),
+            ROW(WQXMLRange::description, EXPECT_EQ(range->description(), none)),
+            ROW(WQXMLRange::toString, EXPECT_EQ(range->toString(), none)), ROW(WQXMLRange::insertNode, range->insertNode(some())),
+            ROW(WQXMLRange::insertString, range->insertString(u"x")), ROW(WQXMLRange::splitBelowNode, range->splitBelowNode(some())),
+            ROW(WQXMLRange::removeSelectedComponentsOfNode, const auto full = parse("<a>t</a>");
+                range->removeSelectedComponentsOfNode(full->documentElement()->firstChild()); EXPECT_EQ(dump(full), "a[\"t\"]")),
+            ROW(WQXMLRange::appendContentFromNode_toString, NSString string; range->appendContentFromNode_toString(some(), string);
+                EXPECT_EQ(string, none)),
+            ROW(WQXMLRange::handleEvent, range->handleEvent(WQXMLMutationEvent::newEvent())),
+            ROW(WQXMLRange::init, EXPECT_FALSE(range->init())),
+            ROW(WQXMLRange::initWithNode, EXPECT_FALSE(range->initWithNode(parse("<a><b/></a>")->documentElement()->firstChild()))),
+            ROW(WQXMLRange::initWithContainer_offset, EXPECT_FALSE(range->initWithContainer_offset(some(), 0))),
+            ROW(WQXMLRange::initWithStartContainer_startOffset_endContainer_endOffset,
+                EXPECT_FALSE(range->initWithStartContainer_startOffset_endContainer_endOffset(some(), 0, some(), 0))),
+            ROW(WQXMLDocument::createRange, EXPECT_FALSE(document->createRange())),
+            ROW(WQXMLNode::encodeWithWriter, node->encodeWithWriter(writer)),
             ROW(WQXMLElement::innerXML, EXPECT_EQ(element->innerXML(), none)),
             ROW(WQXMLElement::outerXMLWithFormat, EXPECT_EQ(element->outerXMLWithFormat(true), none)),
             ROW(WQXMLElement::outerXML, EXPECT_EQ(element->outerXML(), none)),
@@ -355,7 +400,8 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<NSURL>(),
         fieldsOfNull<WQXMLWriter>(),
         fieldsOfNull<WQXMLWriterElement>(),
-        fieldsOfNull<WQXMLReader>()};
+        fieldsOfNull<WQXMLReader>(),
+        fieldsOfNull<WQXMLRange>()};
 }
 
 TEST(NullTest, EveryPublicOperationHasARow) {
