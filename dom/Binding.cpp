@@ -14,7 +14,23 @@
 namespace wq {
 
 GuardedCall* GuardedCall::current = nullptr;
+WaitingChecks* WaitingChecks::current = nullptr;
 bool gInStartElement = false;
+
+KeptAlive::KeptAlive(const WQXMLNode* receiver) : node(const_cast<WQXMLNode*>(receiver)), document(receiver->ownerDocument()) {}
+
+void WaitingChecks::takePending() {
+    if (xmlNodePtr node = std::exchange(gCheckNode, nullptr)) elements.push_back(wrapped(node));
+}
+
+void WaitingChecks::settle() {
+    takePending();
+    current = outer;
+    for (const Ref<WQXMLNode>& element : std::exchange(elements, {})) {
+        gCheckNode = element->xmlNode();  // null if an earlier one let it go
+        checkNode();
+    }
+}
 
 void GuardedCall::raise() {
     current = outer;
@@ -256,11 +272,22 @@ void setRecord(xmlNodePtr node, DetachedNode* record) {
 
 DetachedNode*& Binding::recordOfDTD(WQXMLNode* dtd) { return dtd->makeRare().detached; }
 
+namespace {
+// The lists of documents that have no wrapper: the application's own, made by libxml2's calls.
+std::unordered_map<xmlDocPtr, std::unique_ptr<DetachedNode>> gListsOfOthers;
+
+DetachedNode& listOf(xmlDocPtr doc) {
+    if (WQXMLDocument* document = Binding::wrapperOf(doc)) return document->detachedNodes();
+    auto& list = gListsOfOthers[doc];
+    if (!list) list = std::make_unique<DetachedNode>();
+    return *list;
+}
+}  // namespace
+
 void Binding::detach(xmlNodePtr node) {
-    WQXMLDocument* document = documentOf(node);
-    if (!document) return;
+    if (!node->doc) return;
     attach(node);  // libxml2 itself may have moved it here from another document
-    setRecord(node, new DetachedNode(node, document->detachedNodes()));
+    setRecord(node, new DetachedNode(node, listOf(node->doc)));
 }
 
 void Binding::attach(xmlNodePtr node) {
@@ -384,15 +411,34 @@ void forgetDeclaration(xmlNodePtr node) {
     node->content = nullptr;
 }
 
+// A document that was read with a dictionary keeps names and short texts of its nodes there.
+template <class Text> void takeOut(Text*& text, xmlDictPtr dictionary) {
+    if (text && xmlDictOwns(dictionary, text)) text = xmlStrdup(text);
+}
+
+bool holdsContent(xmlNodePtr node) {
+    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE || node->type == XML_COMMENT_NODE ||
+           node->type == XML_PI_NODE;
+}
+
+template <class Node> void takeStringsOut(Node* node, xmlDocPtr doc) {
+    if (!doc || !doc->dict) return;
+    takeOut(node->name, doc->dict);
+    if constexpr (std::is_same_v<Node, xmlNode>)
+        if (holdsContent(node)) takeOut(node->content, doc->dict);
+}
+
 // What xmlSetTreeDoc does, without its recursion, for trees of any depth: identifiers leave the old
 // document's table, and entity references let go of its declarations.
 void setDocument(xmlNodePtr root, xmlDocPtr doc) {
     if (root->doc == doc) return;
     auto move = [doc](xmlAttrPtr attribute) {
         Binding::forgetIdentifier(attribute);
+        takeStringsOut(attribute, attribute->doc);
         attribute->doc = doc;
         for (xmlNodePtr value = attribute->children; value; value = value->next) {
             forgetDeclaration(value);
+            takeStringsOut(value, value->doc);
             value->doc = doc;
         }
     };
@@ -400,6 +446,7 @@ void setDocument(xmlNodePtr root, xmlDocPtr doc) {
     forEachNode(root, [&](xmlNodePtr node) {
         forEachAttribute(node, move);
         forgetDeclaration(node);
+        takeStringsOut(node, node->doc);
         node->doc = doc;
     });
 }
@@ -417,8 +464,10 @@ void moveToDocument(xmlNodePtr node, xmlDocPtr doc) {
     setDocument(node, doc);
 }
 
+}  // namespace
+
 // Entity references point to declarations, which go with their DTD.
-void forgetDeclarations(xmlNodePtr dtd) {
+void Binding::forgetDeclarations(xmlNodePtr dtd) {
     auto forget = [dtd](xmlNodePtr node) {
         if (node->type == XML_ENTITY_REF_NODE && node->children && node->children->parent == dtd) forgetDeclaration(node);
     };
@@ -438,8 +487,10 @@ void forgetDeclarations(xmlNodePtr dtd) {
     for (const DetachedNode* record = list.next; record != &list; record = record->next) forgetBelow(record->node);
 }
 
+namespace {
+
 void unlinkFromLists(xmlNodePtr node) {
-    if (node->type == XML_DTD_NODE) forgetDeclarations(node);
+    if (node->type == XML_DTD_NODE) Binding::forgetDeclarations(node);
     IdentifierUpdate update(node->parent);
     xmlUnlinkNode(node);
 }
@@ -488,6 +539,9 @@ void linkBetween(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr previous, xmlNo
 
 bool isDocumentNode(xmlNodePtr node) { return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE; }
 
+// Its declarations cannot take their strings out.
+bool isDTDWithDictionary(xmlNodePtr node) { return node->type == XML_DTD_NODE && node->doc && node->doc->dict; }
+
 bool hasOtherDTD(xmlNodePtr document, xmlNodePtr dtd) {
     const auto* present = reinterpret_cast<xmlNodePtr>(reinterpret_cast<xmlDocPtr>(document)->intSubset);
     return present && present != dtd;
@@ -495,18 +549,15 @@ bool hasOtherDTD(xmlNodePtr document, xmlNodePtr dtd) {
 
 }  // namespace
 
-// A document of the application's own may keep the names of its nodes in a dictionary, and take it along.
-bool Binding::canLeave(xmlNodePtr node, xmlDocPtr forDocument) { return node->doc == forDocument || !node->doc || !node->doc->dict; }
-
 bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference) {
     if (reference) {
         parent = reference->parent;
         if (asAttribute(reference) && !asAttribute(child)) return false;
     }
-    if (!canLeave(child, (parent ? parent : reference)->doc)) return false;
     if (!parent) return child->type != XML_ATTRIBUTE_NODE && child->type != XML_DTD_NODE;
     if (asAttribute(child)) return parent->type == XML_ELEMENT_NODE;
-    if (child->type == XML_DTD_NODE) return isDocumentNode(parent) && !hasOtherDTD(parent, child);
+    if (child->type == XML_DTD_NODE)
+        return isDocumentNode(parent) && !hasOtherDTD(parent, child) && (child->doc == parent->doc || !isDTDWithDictionary(child));
     if (asAttribute(parent)) return child->type != XML_ELEMENT_NODE;
     return parent->type == XML_ELEMENT_NODE || isDocumentNode(parent);
 }
@@ -589,11 +640,15 @@ void Binding::setValue(xmlAttrPtr attribute, const NSString& value) {
 }
 
 void Binding::appendCopies(WQXMLNode* parent, xmlNodePtr originals) {
+    WaitingChecks waiting;  // a copy is not to be edited before it is whole
     xmlNodePtr node = parent->my.impl, added = nullptr;
     xmlDocPtr doc = node ? node->doc : nullptr;
     xmlNodePtr copies = guarded([&] { return xmlDocCopyNodeList(doc, originals); }, xmlFreeNodeList);
     if (node) guarded([&] { added = xmlAddChildList(node, copies); });
-    if (added) return;
+    if (added) {
+        reconcileNamespaces(parent);
+        return waiting.settle();
+    }
     if (copies) guarded([&] { xmlFreeNodeList(copies); });
     throw WQXMLException(NSInternalInconsistencyException, u"Could not add children to element");
 }
@@ -612,18 +667,24 @@ void Binding::freeNode(WQXMLNode* wrapper) {
 
 void Binding::letDetachedNodesGo(xmlDocPtr doc) {
     WQXMLDocument* document = Binding::wrapperOf(doc);
-    if (!document) return;
-    doc->_private = doc->psvi = nullptr;
-    const DetachedNode& list = document->detachedNodes();
+    const auto other = gListsOfOthers.find(doc);
+    if (!document && other == gListsOfOthers.end()) return;
+    const DetachedNode& list = document ? document->detachedNodes() : *other->second;
+    if (document) doc->_private = doc->psvi = nullptr;
     while (list.next != &list) {
         xmlNodePtr root = list.next->node;
         attach(root);
         if (root->doc != doc || root->parent) continue;  // libxml2 itself has linked it
         WQXMLNode* bound = wrapper(root);
+        if (isDTDWithDictionary(root)) {
+            xmlFreeNode(root);
+            continue;
+        }
         localise(root);
         setDocument(root, nullptr);
         if (bound && holdsTreeReference(bound)) xmlFreeNode(root);  // nobody but the node holds the wrapper
     }
+    gListsOfOthers.erase(doc);
 }
 
 }  // namespace wq

@@ -132,6 +132,54 @@ void stopParser(void* context) noexcept;
 // its attributes are in place.
 extern bool gInStartElement;
 
+// While one of these lives, libxml2 builds nodes that are not to be edited before it is done: the class
+// checks wait here until `settle`.
+class WaitingChecks {
+public:
+    WaitingChecks() noexcept : outer(std::exchange(current, this)) {}
+    ~WaitingChecks() { current = outer; }
+    WaitingChecks(const WaitingChecks&) = delete;
+    WaitingChecks& operator=(const WaitingChecks&) = delete;
+
+    void takePending();  // the one that would be settled now
+    void settle();       // all of them, when libxml2 has returned; may raise
+
+    static WaitingChecks* current;  // the innermost; null outside
+
+private:
+    std::vector<Ref<WQXMLNode>> elements;
+    WaitingChecks* outer;
+};
+
+// Keeps a node and its document alive while code of the application may run: overrides, listeners.
+struct KeptAlive {
+    explicit KeptAlive(const WQXMLNode* receiver);
+    Ref<WQXMLNode> node;
+    Ref<WQXMLDocument> document;
+};
+
+// New nodes get no wrappers while one of these lives. A check that still waits is settled first.
+class WithoutRegistration {
+public:
+    WithoutRegistration() {
+        checkNode();
+        previous = setRegisterNode(false);
+    }
+    ~WithoutRegistration() { setRegisterNode(previous); }
+    WithoutRegistration(const WithoutRegistration&) = delete;
+    WithoutRegistration& operator=(const WithoutRegistration&) = delete;
+
+private:
+    bool previous;
+};
+
+// A new node that nobody but its wrapper under construction will know.
+template <class Make> xmlNodePtr unregistered(Make&& make) {
+    startLibrary();
+    const WithoutRegistration scope;
+    return guarded(make, xmlFreeNode);  // it has no wrapper
+}
+
 struct Binding {
     // ---- New nodes
 
@@ -158,7 +206,6 @@ struct Binding {
 
     // ---- Linking
 
-    static bool canLeave(xmlNodePtr node, xmlDocPtr forDocument);
     // Whether libxml2 can own the child there, and keep its lists sound.
     static bool canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference);
     // Ahead of the reference, wherever that is.
@@ -185,7 +232,8 @@ struct Binding {
 
     static void setContent(xmlNodePtr text, const xmlChar* content);
     static void setValue(xmlAttrPtr attribute, const NSString& value);
-    // Copies of a list of nodes become the last children. Raises "Could not add children to element".
+    // Copies of a list of nodes become the last children, with namespaces and classes settled. Raises
+    // "Could not add children to element".
     static void appendCopies(WQXMLNode* parent, xmlNodePtr originals);
 
     // ---- Identifiers
@@ -201,6 +249,8 @@ struct Binding {
     static void freeNode(WQXMLNode* wrapper);
     // A document is about to be freed: its unlinked nodes name none from here on.
     static void letDetachedNodesGo(xmlDocPtr doc);
+    // A document type is about to be freed, or leaves its document.
+    static void forgetDeclarations(xmlNodePtr dtd);
 
     // ---- Detached nodes: each unlinked node that has an owner is listed with the document that it
     // names, since it may outlive that.

@@ -76,6 +76,8 @@ bool isStopped() { return wq::GuardedCall::current && wq::GuardedCall::current->
 void settlePendingCheck() {
     if (isStopped())
         gCheckNode = nullptr;
+    else if (wq::WaitingChecks::current)
+        wq::WaitingChecks::current->takePending();
     else
         checkNode();
 }
@@ -113,8 +115,9 @@ void xmlDeregisterNode(xmlNodePtr node) {
     wq::keepFailure([&] {
         wq::keepFailure(settlePendingCheck);  // the rest must not be left out
         if (node->type == XML_ATTRIBUTE_NODE) wq::Binding::forgetIdentifier(reinterpret_cast<xmlAttrPtr>(node));
-        if (!node->_private || node->_private == kNoWrapper) return;
         if (isDocument(node)) return wq::Binding::letDetachedNodesGo(reinterpret_cast<xmlDocPtr>(node));
+        if (node->type == XML_DTD_NODE && wq::Binding::wrapperOf(node->doc)) wq::Binding::forgetDeclarations(node);
+        if (!node->_private || node->_private == kNoWrapper) return;
         wq::Binding::attach(node);  // it may have been freed while it was listed as detached
         WQXMLNode* bound = wq::wrapper(node);
         node->_private = nullptr;

@@ -24,7 +24,8 @@ extern _xmlNode* gCheckNode;
 void checkNode();
 
 // The classes of wrappers made by the hook. The first use of WQXMLDocument sets them; an
-// application may set others after that. A class that is no WQXMLNode leaves nodes without wrapper.
+// application may set others after that. A class that is no WQXMLNode leaves nodes without wrapper: a
+// walk over siblings ends at such a node, and nothing removes it but the end of its parent.
 extern const wq::Class* DefaultElementClass;  // WQXMLElement
 extern const wq::Class* DefaultAttrClass;     // WQXMLAttr
 extern const wq::Class* DefaultTextClass;     // WQXMLText

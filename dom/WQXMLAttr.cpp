@@ -13,8 +13,7 @@ NSString WQXMLAttr::value() const {
 
 void WQXMLAttr::setValue(const NSString& value) {
     if (!xmlNode()) return;
-    const Ref<WQXMLNode> receiver = self();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     wq::Binding::setValue(reinterpret_cast<xmlAttrPtr>(xmlNode()), value);
 }
 

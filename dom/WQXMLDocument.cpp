@@ -85,8 +85,14 @@ namespace {
 // libxml2's own callbacks, behind ours. Process-wide: two parses cannot overlap.
 startElementSAXFunc oldStartElement;
 startElementNsSAX2Func oldStartElementNs;
+endElementSAXFunc oldEndElement;
+endElementNsSAX2Func oldEndElementNs;
 startDocumentSAXFunc oldStartDocument;
 endDocumentSAXFunc oldEndDocument;
+
+// The parser remembers how long the text is that it would go on with; an initWithXMLNode may have put
+// another text in its place. Without the memory it looks.
+void forgetText(void* context) { static_cast<xmlParserCtxtPtr>(context)->nodemem = 0; }
 
 void settleOrStop(void* context) {
     if (wq::GuardedCall::current->failed())
@@ -94,6 +100,7 @@ void settleOrStop(void* context) {
     else
         wq::keepFailure(checkNode);
     if (wq::GuardedCall::current->failed()) wq::stopParser(context);
+    forgetText(context);
 }
 
 // The document wrapper can be reached from every node from here on.
@@ -126,6 +133,16 @@ void mySAX2StartElementNs(
     settleOrStop(context);
 }
 
+void mySAX2EndElement(void* context, const xmlChar* name) {
+    oldEndElement(context, name);
+    forgetText(context);
+}
+
+void mySAX2EndElementNs(void* context, const xmlChar* localName, const xmlChar* prefix, const xmlChar* uri) {
+    oldEndElementNs(context, localName, prefix, uri);
+    forgetText(context);
+}
+
 void mySAX2EndDocument(void* context) {
     oldEndDocument(context);
     settleOrStop(context);
@@ -133,6 +150,7 @@ void mySAX2EndDocument(void* context) {
 
 void putOurCallbacks(xmlSAXHandler& sax, bool skipWhitespace) {
     oldStartElement = std::exchange(sax.startElement, mySAX2StartElement);
+    oldEndElement = std::exchange(sax.endElement, mySAX2EndElement);
     oldStartDocument = std::exchange(sax.startDocument, mySAX2StartDocument);
     oldEndDocument = std::exchange(sax.endDocument, mySAX2EndDocument);
     if (skipWhitespace) sax.ignorableWhitespace = xmlSAX2IgnorableWhitespace;
@@ -163,6 +181,7 @@ xmlDocPtr parseXML(std::string_view bytes, bool skipWhitespace, void* wrapper) {
     xmlSAXVersion(&sax, 2);
     putOurCallbacks(sax, skipWhitespace);
     oldStartElementNs = std::exchange(sax.startElementNs, mySAX2StartElementNs);
+    oldEndElementNs = std::exchange(sax.endElementNs, mySAX2EndElementNs);
     return xmlSAXParseMemoryWithData(&sax, bytes.data(), static_cast<int>(bytes.size()), 0, wrapper);
 }
 
@@ -211,7 +230,6 @@ Ref<WQXMLElement> WQXMLDocument::documentElement() const {
 
 void WQXMLDocument::setDocumentElement(Ref<WQXMLElement>&& element) {
     if (!my.docImpl || !element->xmlNode() || element == documentElement()) return;
-    if (!Binding::canLeave(element->xmlNode(), my.docImpl)) return;
     const Ref<WQXMLNode> receiver = self();
     Binding::linkAsRoot(std::move(element), my.docImpl);
 }
@@ -241,7 +259,7 @@ Ref<WQXMLElement> adoptElement(xmlNodePtr node) {
 Ref<WQXMLElement> WQXMLDocument::createElement(const NSString& name) {
     if (!my.docImpl) return nullptr;
     const Bytes bytes(name);
-    xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);
+    xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);  // nobody else knows it
     if (!node) return nullptr;
     Binding::nameDocument(node, my.docImpl);
     return adoptElement(node);
@@ -252,7 +270,7 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
     const NSString local = localNameForQName(qualifiedName), prefix = prefixForQName(qualifiedName);
     if (!local) return nullptr;
     const Bytes bytes(local);
-    xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);
+    xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);  // nobody else knows it
     if (!node) return nullptr;
     wq::OwnNamespace ns = wq::newNamespace(uri, prefix);
     if (!ns) {
@@ -272,7 +290,7 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
 Ref<WQXMLText> WQXMLDocument::createTextNode(const NSString& string) {
     if (!my.docImpl) return nullptr;
     const Bytes bytes(string);
-    xmlNodePtr node = wq::guarded([&] { return xmlNewText(bytes); }, xmlFreeNode);
+    xmlNodePtr node = wq::guarded([&] { return xmlNewText(bytes); }, xmlFreeNode);  // nobody else knows it
     if (!node) return nullptr;
     if (!dynamic_cast<WQXMLText*>(wq::wrapper(node))) {
         freeUnlinkedNode(node);
@@ -372,19 +390,29 @@ Ref<NSData> dumped(xmlDocPtr doc, bool format) {
     return bytes ? NSData::dataWithBytes({reinterpret_cast<const char*>(bytes), static_cast<size_t>(length)}) : nullptr;
 }
 
+// libxml2's indentation, for threads that start meanwhile; this one has its own, two blanks as well.
+class TwoBlanks {
+public:
+    TwoBlanks() : indents(xmlThrDefIndentTreeOutput(1)), indentation(xmlThrDefTreeIndentString("  ")) {}
+    ~TwoBlanks() {
+        xmlThrDefIndentTreeOutput(indents);
+        xmlThrDefTreeIndentString(indentation);
+    }
+    TwoBlanks(const TwoBlanks&) = delete;
+    TwoBlanks& operator=(const TwoBlanks&) = delete;
+
+private:
+    int indents;
+    const char* indentation;
+};
+
 }  // namespace
 
 Ref<NSData> WQXMLDocument::XMLData() const { return my.docImpl ? dumped(my.docImpl, false) : nullptr; }
 
 Ref<NSData> WQXMLDocument::formattedXMLData() const {
     if (!my.docImpl) return nullptr;
-    const int indents = xmlThrDefIndentTreeOutput(1);
-    const char* indentation = xmlThrDefTreeIndentString("  ");
-    auto restore = [&](void*) {
-        xmlThrDefIndentTreeOutput(indents);
-        xmlThrDefTreeIndentString(indentation);
-    };
-    const std::unique_ptr<void, decltype(restore)> restored(my.docImpl, restore);
+    const TwoBlanks indentation;
     return dumped(my.docImpl, true);
 }
 
@@ -398,10 +426,20 @@ NSString WQXMLDocument::canonicalRepresentation() const {
     return canonical;
 }
 
+namespace {
+// Those without a wrapper are left out.
+WQXMLNode::Sequence topLevel(xmlDocPtr doc) {
+    WQXMLNode::Sequence nodes;
+    for (xmlNodePtr node = doc->children; node; node = node->next)
+        if (auto bound = wq::wrapped(node)) nodes.push_back(bound);
+    return nodes;
+}
+}  // namespace
+
 void WQXMLDocument::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
     if (!my.docImpl) return;
     if (writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"utf-8", u"no") == -1) return;
-    for (Ref<WQXMLNode> node = wq::wrapped(my.docImpl->children); node; node = node->nextSibling()) node->encodeWithWriter(writer);
+    for (const Ref<WQXMLNode>& node : topLevel(my.docImpl)) node->encodeWithWriter(writer);
     const int32_t ended = writer->endDocument();
     WQ_ASSERT(ended != -1, u"Could not write document end tag");
     writer->flush();

@@ -95,7 +95,6 @@ public:
     // Parses XML, or HTML 4 with WQXMLDocumentParseAsHTMLKey. Raises "XML Exception" with libxml2's
     // message for the first thing that it reports, a warning included; xmlGetLastError() tells the
     // line. Null for no bytes, and for 2 GiB and more. The error is never written.
-    // A document cannot be parsed out of a callback of another parse.
     template <class T = WQXMLDocument> static Ref<T> newWithData_baseURL_arguments_error(
         const Ref<NSData>& data,
         const Ref<NSURL>& baseURL,

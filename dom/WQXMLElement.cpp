@@ -21,15 +21,8 @@ namespace {
 
 // The object under construction is the wrapper, so the hook makes none.
 xmlNodePtr newUnregisteredElement(const NSString& name) {
-    wq::startLibrary();
     const Bytes bytes(name);
-    const bool previous = setRegisterNode(false);
-    wq::GuardedCall guard;
-    xmlNodePtr node = xmlNewNode(nullptr, bytes);
-    setRegisterNode(previous);
-    if (guard.failed()) xmlFreeNode(node);  // it has no wrapper
-    guard.raise();
-    return node;
+    return wq::unregistered([&] { return xmlNewNode(nullptr, bytes); });
 }
 
 }  // namespace
@@ -93,6 +86,7 @@ using Buffer = std::unique_ptr<xmlBuffer, FreeBuffer>;
 
 NSString WQXMLElement::innerXML() const {
     if (!xmlNode()) return nullptr;
+    const wq::KeptAlive kept(this);
     if (ownedNs()) self()->reconcileNamespace();
     auto copy = [this] { return xmlDocCopyNodeList(nullptr, xmlNode()->children); };
     auto dump = [](xmlNodePtr copies) {
@@ -100,11 +94,12 @@ NSString WQXMLElement::innerXML() const {
         for (xmlNodePtr node = copies; node; node = node->next) xmlNodeDump(buffer.get(), nullptr, node, 0, 0);
         return wq::fromUTF8(xmlBufferContent(buffer.get()));
     };
-    return wq::fromCopy(copy, dump, xmlFreeNodeList);
+    return wq::fromCopy(copy, dump, xmlFreeNodeList);  // nobody else knows the copies
 }
 
 NSString WQXMLElement::outerXMLWithFormat(bool format) const {
     if (!xmlNode()) return nullptr;
+    const wq::KeptAlive kept(this);
     if (ownedNs()) self()->reconcileNamespace();
     auto copy = [this] { return xmlDocCopyNode(xmlNode(), nullptr, 1); };
     auto dump = [format](xmlNodePtr node) {
@@ -112,7 +107,7 @@ NSString WQXMLElement::outerXMLWithFormat(bool format) const {
         const bool failed = xmlNodeDump(buffer.get(), nullptr, node, 0, format) == -1;
         return failed ? NSString() : wq::fromUTF8(xmlBufferContent(buffer.get()));
     };
-    return wq::fromCopy(copy, dump, xmlFreeNode);
+    return wq::fromCopy(copy, dump, xmlFreeNode);  // nobody else knows the copy
 }
 
 namespace {
@@ -137,16 +132,15 @@ void WQXMLElement::setInnerXML(const NSString& markup) {
     // 3. Empty markup leaves the children: wanted.
     if (!root || !root->children) return;
 
-    // 4-6. A listener may have moved this element, or let its document go.
+    // 4-6. A listener may move this element, or let its document go.
     removeChildren();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     Binding::appendCopies(this, root->children);
-    Binding::reconcileNamespaces(this);
-    checkNode();  // the last of them waits for it
 }
 
 void WQXMLElement::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
     if (!xmlNode()) return;
+    const wq::KeptAlive kept(this);
     const int32_t started = writer->startElement_prefix_namespace(localName(), prefix(), namespaceURI());
     WQ_ASSERT(started != -1, u"Could not write element start tag");
     for (Ref<WQXMLNode> attribute = firstAttribute(); attribute; attribute = attribute->nextSibling()) attribute->encodeWithWriter(writer);
@@ -159,8 +153,7 @@ void WQXMLElement::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
 
 void WQXMLElement::setAttribute_value(const NSString& name, const NSString& value) {
     if (!xmlNode() || !name) return;
-    const Ref<WQXMLNode> receiver = self();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     const NSString previous = getAttribute(name);
     xmlAttrPtr attribute = nullptr;
     Binding::settleIdentifiers(xmlNode());
@@ -170,15 +163,13 @@ void WQXMLElement::setAttribute_value(const NSString& name, const NSString& valu
 
 void WQXMLElement::removeAttribute(const NSString& name) {
     if (!xmlNode()) return;
-    const Ref<WQXMLNode> receiver = self();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     wq::guarded([&] { xmlUnsetProp(xmlNode(), Bytes(name)); });  // its wrapper goes by the hook
 }
 
 void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName, const NSString& uri, const NSString& value) {
     if (!xmlNode() || !qualifiedName) return;
-    const Ref<WQXMLNode> receiver = self();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     const NSString local = localNameForQName(qualifiedName), prefix = prefixForQName(qualifiedName);
     if (!local || (!uri && prefix))
         throw WQXMLException(WQXMLNamespaceException, u"Mismatch between qualified name and namespace parameters.");
@@ -196,8 +187,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
 
 void WQXMLElement::removeAttribute_namespaceURI(const NSString& localName, const NSString& uri) {
     if (!xmlNode() || !localName) return;
-    const Ref<WQXMLNode> receiver = self();
-    const Ref<WQXMLDocument> document = ownerDocument();
+    const wq::KeptAlive kept(this);
     wq::OwnNamespace ns = uri ? wq::newNamespace(uri, nullptr) : nullptr;
     WQ_ASSERT(!uri || ns, u"Internal Error: Could not create namespace for removeAttribute");
     wq::guarded([&] { xmlUnsetNsProp(xmlNode(), ns.get(), Bytes(localName)); });  // its wrapper goes by the hook
@@ -223,8 +213,9 @@ Ref<WQXMLNode> WQXMLElement::splitAtIndex_intoNode(uint64_t index, const Ref<WQX
     WQ_ASSERT(wq::cast<WQXMLElement>(node), u"Invalid parameter not satisfying: [node isKindOfClass:[WQXMLElement class]]");
     Ref<WQXMLNode> child = childAtIndex(index);
     if (!node) return nullptr;
+    if (child == node) child = child->nextSibling();  // it goes ahead of the others
     if (Ref<WQXMLNode> parent = parentNode()) parent->insertChild_before(node, nextSibling());
-    while (child) {
+    while (child && node != this) {
         const Ref<WQXMLNode> following = child->nextSibling();
         if (!node->appendChild(child)) break;  // which takes it from here first
         child = following;
@@ -246,6 +237,7 @@ void WQXMLElement::mergeWithNode(const Ref<WQXMLNode>& merged) {
 
 Ref<WQXMLNode> WQXMLElement::copyWithZone() const {
     if (!xmlNode()) return nullptr;
+    const wq::KeptAlive kept(this);
     const auto copied =
         wq::make<WQXMLElement>(wq::classOf(*this), &WQXMLElement::initWithQualifiedName_namespaceURI, nodeName(), namespaceURI());
     if (!copied) return nullptr;

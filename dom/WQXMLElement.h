@@ -71,24 +71,27 @@ public:
     // and a prefix that is taken changes. Of identifiers only "xml:id" is known to the document.
     // Where a listener lets the element die meanwhile, and where libxml2 cannot attach the children, it
     // raises "NSInternalInconsistencyException" with "Could not add children to element". What an
-    // initWithXMLNode raises leaves it with the old children gone.
+    // initWithXMLNode raises leaves the new children in place, and those behind it in their default class.
     virtual void setInnerXML(const NSString& markup);
 
-    // Fires 1. A null value is stored as "". Null name: nothing.
+    // Fires 1. A null value is stored as "". Null name: nothing. A prefix that is declared here or further
+    // up puts the attribute into that namespace, and getAttribute does not find it by this name; one that
+    // is not is a part of the name.
     virtual void setAttribute_value(const NSString& name, const NSString& value);
-    // A prefix that is declared here or further up puts the attribute into that namespace, and
-    // getAttribute does not find it by this name; one that is not is a part of the name.
     // These three fire nothing.
+    // An attribute of that name in no namespace, and no other; the name is not split.
     virtual void removeAttribute(const NSString& name);
-    // The namespace is declared in the tree when the element is next inserted or given inner XML:
-    // until then a document that is written whole has the prefix without a declaration. Raises "WQXMLNamespaceException" for a name without
-    // a local part, and for a prefix without a URI; the element is as it was then. Null name: nothing.
+    // Raises "WQXMLNamespaceException" for a name without a local part, and for a prefix without a URI; the
+    // element is as it was then. Null name: nothing. The namespace is declared in the tree when the
+    // element is next inserted or given inner XML: until then a document that is written whole has the
+    // prefix without a declaration.
     virtual void setAttribute_namespaceURI_value(const NSString& qualifiedName, const NSString& uri, const NSString& value);
     // The name is a local name: it is not split. Null name: nothing.
     virtual void removeAttribute_namespaceURI(const NSString& localName, const NSString& uri);
 
     // Moves the children from `index` on into `node`, which is put just behind this element if that
-    // has a parent. Fires 4 for the new node, then 8 and 4 for each child. Answers the node.
+    // has a parent. Fires 4 for the new node, then 8 and 4 for each child. Answers the node. Nothing moves
+    // into the element itself.
     // Asserts "Invalid parameter not satisfying: [node isKindOfClass:[WQXMLElement class]]".
     Ref<WQXMLNode> splitAtIndex_intoNode(uint64_t index, const Ref<WQXMLNode>& node) override;
     Ref<WQXMLNode> splitAtIndex(uint64_t index) override;  // into a copy of this element
@@ -97,7 +100,9 @@ public:
     // itself: nothing moves, and it is removed.
     void mergeWithNode(const Ref<WQXMLNode>& node) override;
 
-    // Name, namespace, attributes and namespace declarations; names the same document.
+    // Name, namespace, attributes and namespace declarations; names the same document. Raises
+    // "WQXMLNamespaceException" where an attribute has a colon in its name and no namespace, as in HTML,
+    // and asserts "Error initializing WQXMLElement" for the prefix "xml".
     Ref<WQXMLNode> copyWithZone() const override;
 
     // ---- In name only: each asserts "This function is unimplemented" and answers null

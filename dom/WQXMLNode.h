@@ -176,7 +176,9 @@ public:
     // Binds this object to a node that libxml2 has made. An override that answers false refuses:
     // the node then keeps the wrapper that it has, or none. The node is not to be freed or moved
     // here. A parsed element finds its name, namespace and attributes, and no children; one that came by
-    // setInnerXML or by a copy may find less of its attributes, or children.
+    // setInnerXML or a writer its children as well. It may be edited here then. Not so in a default class
+    // (dom/WQLibXML.h), which is asked while libxml2 still builds the node. While a document is parsed it
+    // makes no nodes: its factories answer null. An object is initialised once.
     virtual bool initWithXMLNode(_xmlNode* node);
 
     template <class T> using Nil = NilNode<T>;

@@ -11,50 +11,31 @@ using wq::Bytes;
 // ---- The one way into libxml2
 
 namespace {
-// Nobody can reach the nodes that a reader makes, so they get no wrappers.
-class WithoutRegistration {
-public:
-    WithoutRegistration() : previous(setRegisterNode(false)) {}
-    ~WithoutRegistration() { setRegisterNode(previous); }
-    WithoutRegistration(const WithoutRegistration&) = delete;
-    WithoutRegistration& operator=(const WithoutRegistration&) = delete;
-
-private:
-    bool previous;
-};
-
-// What it raises, it raises when libxml2 has returned and `clean` has freed what came back.
-template <class Call, class Clean> auto unregistered(Call&& call, Clean&& clean) {
-    auto scoped = [&] {
-        const WithoutRegistration scope;
-        return call();
-    };
-    return wq::guarded(scoped, clean);
+// Nobody can reach the nodes that a reader makes, so they get no wrappers. What it raises, it raises when
+// libxml2 has returned and `clean` has freed what came back.
+template <class Call, class Clean> auto asked(Call&& call, Clean&& clean) {
+    const wq::WithoutRegistration scope;
+    return wq::guarded(call, clean);
 }
 
 constexpr auto nothing = [](auto) {};
-
-void freeReader(xmlTextReaderPtr reader) {
-    const WithoutRegistration scope;
-    xmlFreeTextReader(reader);
-}
 }  // namespace
 
 template <class... P, class... A> int32_t WQXMLReader::integer(int (*function)(_xmlTextReader*, P...), A&&... arguments) const {
     if (isNil()) return 0;
-    return unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); }, nothing);
+    return asked([&] { return function(my._reader, std::forward<A>(arguments)...); }, nothing);
 }
 
 // The low byte of libxml2's number, so that -1 is true: wanted.
 bool WQXMLReader::boolean(int (*function)(_xmlTextReader*)) const { return static_cast<uint8_t>(integer(function)) != 0; }
 
 NSString WQXMLReader::string(const unsigned char* (*function)(_xmlTextReader*)) const {
-    return wq::fromUTF8(unregistered([&] { return function(my._reader); }, nothing));
+    return wq::fromUTF8(asked([&] { return function(my._reader); }, nothing));
 }
 
 template <class... P, class... A>
 NSString WQXMLReader::freedString(unsigned char* (*function)(_xmlTextReader*, P...), A&&... arguments) const {
-    return wq::takeString(unregistered([&] { return function(my._reader, std::forward<A>(arguments)...); }, xmlFree));
+    return wq::takeString(asked([&] { return function(my._reader, std::forward<A>(arguments)...); }, xmlFree));
 }
 
 // ---- Making one
@@ -69,7 +50,7 @@ bool WQXMLReader::initWithURL_options_error(const Ref<NSURL>& url, int32_t, Ref<
         xmlLoadExtDtdDefaultValue = previous;
         return reader;
     };
-    my._reader = unregistered(open, freeReader);
+    my._reader = asked(open, xmlFreeTextReader);
     return true;
 }
 
@@ -81,7 +62,7 @@ bool WQXMLReader::initWithData_baseURL_error(const Ref<NSData>& data, const Ref<
     if (!bytes || bytes->size() > INT_MAX) return true;
     const Bytes base(baseURL->absoluteString());
     auto open = [&] { return xmlReaderForMemory(bytes->data(), static_cast<int>(bytes->size()), base.characters(), nullptr, 0); };
-    my._reader = unregistered(open, freeReader);
+    my._reader = asked(open, xmlFreeTextReader);
     return true;
 }
 
@@ -91,7 +72,8 @@ void WQXMLReader::teardown() {
     flags |= kDying;
     if (my._reader) {
         wq::GuardedCall guard;
-        freeReader(my._reader);
+        const wq::WithoutRegistration scope;
+        xmlFreeTextReader(my._reader);
     }
     delete this;
 }

@@ -8,14 +8,8 @@ using wq::Binding;
 using wq::Bytes;
 
 bool WQXMLText::initWithString(const NSString& string) {
-    wq::startLibrary();
     const Bytes bytes(string);
-    const bool previous = setRegisterNode(false);
-    wq::GuardedCall guard;
-    xmlNodePtr node = xmlNewText(bytes);
-    setRegisterNode(previous);
-    if (guard.failed()) xmlFreeNode(node);  // it has no wrapper
-    guard.raise();
+    xmlNodePtr node = wq::unregistered([&] { return xmlNewText(bytes); });
     WQ_ASSERT(node, u"Could not create node");
     return Binding::bindOwnNode(this, node);
 }

@@ -29,6 +29,11 @@ int textWriterWriteCallback(void* context, const char* bytes, int length) {
 
 int textWriterCloseCallback(void*) { return 0; }
 
+// libxml2 keeps it to itself; it is the context of the output, the first field of a writer.
+xmlParserCtxtPtr parserBehind(xmlTextWriterPtr writer) {
+    return static_cast<xmlParserCtxtPtr>((*reinterpret_cast<xmlOutputBufferPtr*>(writer))->context);
+}
+
 }  // namespace
 
 bool WQXMLWriter::initWithURL(const Ref<NSURL>& url) {
@@ -57,6 +62,7 @@ bool WQXMLWriter::initToXMLDocument() {
     my.writer = opened([&] { return xmlNewTextWriterDoc(&doc, 0); });
     if (!my.writer) return false;
     my.xmlDocument = wq::make<WQXMLDocument>(&WQXMLDocument::initWithDocImpl, doc);
+    bookkeeping.parser = parserBehind(my.writer);
     return true;
 }
 
@@ -65,7 +71,10 @@ bool WQXMLWriter::initToElement(const Ref<WQXMLElement>& element) {
     bookkeeping.element = element;
     if (!bookkeeping.document) return false;
     my.writer = opened([&] { return xmlNewTextWriterTree(bookkeeping.document->xmlDoc(), element->xmlNode(), 0); });
-    return my.writer;
+    if (!my.writer) return false;
+    bookkeeping.parser = parserBehind(my.writer);
+    noteOpenNodes();
+    return true;
 }
 
 // ---- The end
@@ -74,9 +83,12 @@ bool WQXMLWriter::initToElement(const Ref<WQXMLElement>& element) {
 void WQXMLWriter::teardown() {
     flags |= kDying;
     if (my.writer) {
+        if (!treeIsWhole()) letGoOfTree();
         wq::GuardedCall guard;
+        wq::WaitingChecks waiting;
         xmlTextWriterFlush(my.writer);
         xmlFreeTextWriter(my.writer);  // a parser behind it reads its last
+        wq::keepFailure([&] { waiting.settle(); });
     }
     delete this;
 }
@@ -86,12 +98,43 @@ Ref<NSData> WQXMLWriter::XMLData() const { return my.mutableData; }
 
 // ---- The one way into libxml2
 
-// Libxml2 reports some misuse as an error and answers -1 to the rest; here all of it is -1.
+// Libxml2 reports some misuse as an error and answers -1 to the rest; here all of it is -1. The classes of
+// what it puts into a tree are settled when it has returned.
 template <class... P, class... A> int32_t WQXMLWriter::write(int (*function)(_xmlTextWriter*, P...), A&&... arguments) {
     if (!my.writer) return isNil() ? 0 : -1;
+    if (!treeIsWhole()) return -1;
     wq::GuardedCall guard;
+    wq::WaitingChecks waiting;
     const int result = function(my.writer, std::forward<A>(arguments)...);
+    if (!guard.failed()) wq::keepFailure([&] { waiting.settle(); });
+    noteOpenNodes();
     return guard.failed() ? -1 : result;
+}
+
+// ---- The parser behind a tree
+
+bool WQXMLWriter::treeIsWhole() const {
+    for (const Ref<WQXMLNode>& node : bookkeeping.openNodes)
+        if (!node->xmlNode()) return false;
+    return true;
+}
+
+void WQXMLWriter::noteOpenNodes() {
+    xmlParserCtxtPtr parser = bookkeeping.parser;
+    if (!parser) return;
+    parser->nodemem = 0;  // it is not to go on with a text that may have been edited meanwhile
+    WQXMLNode::Sequence openNodes;  // those of before go when these are held
+    for (int i = 0; i < parser->nodeNr; ++i)
+        if (auto open = wq::wrapped(parser->nodeTab[i])) openNodes.push_back(open);
+    if (auto top = wq::wrapped(parser->node)) openNodes.push_back(top);
+    bookkeeping.openNodes.swap(openNodes);
+}
+
+// What is still to be written reaches no node.
+void WQXMLWriter::letGoOfTree() {
+    wq::stopParser(bookkeeping.parser);
+    bookkeeping.parser->node = nullptr;
+    bookkeeping.parser->nodeNr = 0;
 }
 
 // ---- Documents, comments, instructions, sections, document types
@@ -134,9 +177,7 @@ int32_t WQXMLWriter::writeDTD_pubid_sysid_subset(
 // ---- Elements
 
 namespace {
-NSString qualifiedName(const NSString& prefix, const NSString& localName) {
-    return prefix ? prefix + u":" + wq::printed(localName) : localName;
-}
+NSString qualifiedName(const NSString& prefix, const NSString& localName) { return prefix + u":" + wq::printed(localName); }
 }  // namespace
 
 void WQXMLWriter::push(const NSString& localName, const NSString& prefix, const NSString& uri) {
@@ -182,13 +223,14 @@ int32_t WQXMLWriter::writeElement_prefix_namespace_content(
 int32_t WQXMLWriter::writeRaw(const NSString& markup) { return write(xmlTextWriterWriteRaw, Bytes(markup)); }
 int32_t WQXMLWriter::writeString(const NSString& string) { return write(xmlTextWriterWriteString, Bytes(cleanString(string))); }
 
-namespace {
-const char* bytesOf(const Ref<NSData>& data) { return data ? data->view().data() : nullptr; }
-int lengthOf(const Ref<NSData>& data) { return data->length() <= INT_MAX ? static_cast<int>(data->length()) : -1; }
-}  // namespace
+int32_t WQXMLWriter::writeBytes(int (*function)(xmlTextWriterPtr, const char*, int, int), const Ref<NSData>& data) {
+    const auto bytes = data->snapshot();  // it may be the buffer that is written to
+    if (!bytes || bytes->size() > INT_MAX) return write(function, nullptr, 0, 0);
+    return write(function, bytes->data(), 0, static_cast<int>(bytes->size()));
+}
 
-int32_t WQXMLWriter::writeBase64(const Ref<NSData>& data) { return write(xmlTextWriterWriteBase64, bytesOf(data), 0, lengthOf(data)); }
-int32_t WQXMLWriter::writeBinHex(const Ref<NSData>& data) { return write(xmlTextWriterWriteBinHex, bytesOf(data), 0, lengthOf(data)); }
+int32_t WQXMLWriter::writeBase64(const Ref<NSData>& data) { return writeBytes(xmlTextWriterWriteBase64, data); }
+int32_t WQXMLWriter::writeBinHex(const Ref<NSData>& data) { return writeBytes(xmlTextWriterWriteBinHex, data); }
 
 // ---- Attributes
 
@@ -220,13 +262,7 @@ int32_t WQXMLWriter::writeAttribute_prefix_namespace_content(
 
 int32_t WQXMLWriter::setIndent(bool indent) { return write(xmlTextWriterSetIndent, indent); }
 int32_t WQXMLWriter::setIndentString(const NSString& string) { return write(xmlTextWriterSetIndentString, Bytes(string)); }
-
-int32_t WQXMLWriter::flush() {
-    const int32_t result = write(xmlTextWriterFlush);
-    wq::GuardedCall guard;
-    wq::keepFailure(checkNode);  // nobody else would settle the class of the last element of a tree
-    return guard.failed() ? -1 : result;
-}
+int32_t WQXMLWriter::flush() { return write(xmlTextWriterFlush); }
 
 // ---- What is open
 

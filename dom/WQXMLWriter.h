@@ -9,8 +9,8 @@
 //     writer->flush();
 //     std::cout << writer->XMLData()->view();
 //
-// Each operation answers libxml2's number, 0 or a count of bytes, and -1 on error; nothing raises. A
-// writer whose destination could not be opened answers -1 to everything, and null answers 0.
+// Each operation answers libxml2's number, 0 or a count of bytes, and -1 on error; nothing raises but for
+// the one assertion of writeAttribute_content. A writer whose destination could not be opened answers -1 to everything, and null answers 0.
 // Balance of start and end operations is the caller's affair: libxml2 checks little of it, a
 // missing end stays missing, and what it accepts may be XML that no parser takes. It accepts a second
 // declaration, and after a -1 for null content the element, attribute or comment is open.
@@ -36,6 +36,7 @@
 #include "platform/NSData.h"
 #include "platform/NSURL.h"
 
+struct _xmlParserCtxt;
 struct _xmlTextWriter;
 
 class WQXMLWriter : public wq::Object {
@@ -50,7 +51,10 @@ public:
     template <class T = WQXMLWriter> static Ref<T> newToXMLDocument() { return wq::make<T>(&T::initToXMLDocument); }
     // Below an element that has a document: one child element and no more, since a parser reads what
     // is written as a document. Null for an element without a document.
-    // In both trees, what is being written is not to be edited until the writer is gone.
+    // In both trees an open element that is taken away is written on. Where the element itself dies, the
+    // writer answers -1 from then on. What an initWithXMLNode raises, flush and every other operation answers with -1. A
+    // declaration sets the encoding of the element's document if it has none, and a document type replaces
+    // the one that it has.
     template <class T = WQXMLWriter> static Ref<T> newToElement(const Ref<WQXMLElement>& element) {
         return wq::make<T>(&T::initToElement, element);
     }
@@ -159,6 +163,7 @@ protected:
 
 private:
     template <class... P, class... A> int32_t write(int (*function)(_xmlTextWriter*, P...), A&&... arguments);
+    int32_t writeBytes(int (*function)(_xmlTextWriter*, const char*, int, int), const Ref<NSData>& data);
     void push(const NSString& localName, const NSString& prefix, const NSString& uri);
 
     struct {
@@ -167,8 +172,14 @@ private:
         Ref<WQXMLDocument> xmlDocument;
         std::optional<std::vector<Ref<WQXMLWriterElement>>> elements;
     } my;
+    // The parser behind a tree points to nodes that are open, and to the element above them.
+    bool treeIsWhole() const;
+    void noteOpenNodes();
+    void letGoOfTree();
     struct {
-        Ref<WQXMLDocument> document;  // the parser behind newToElement points to both
+        _xmlParserCtxt* parser = nullptr;
+        WQXMLNode::Sequence openNodes;
+        Ref<WQXMLDocument> document;  // of newToElement
         Ref<WQXMLElement> element;
     } bookkeeping;
 };

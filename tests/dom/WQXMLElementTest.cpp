@@ -883,3 +883,27 @@ TEST(WQXMLElementTest, TheOperationsInNameOnlyFailTheirAssertionAndAnswerNull) {
     }
     EXPECT_EQ(serialised(a), "<a x=\"1\"><b/></a>");
 }
+TEST(WQXMLElementTest, SplittingAnElementIntoItselfMovesNothing) {
+    const auto document = parse("<r><a><b/><c/></a></r>");
+    const auto a = find(document, u"a");
+    EXPECT_EQ(a->splitAtIndex_intoNode(1, a), a);
+    EXPECT_EQ(dump(document), "r[a[b,c]]");
+}
+
+TEST(WQXMLElementTest, SplittingAnElementIntoTheChildAtTheSplitMovesTheOnesBehindIt) {
+    const auto document = parse("<r><a><b/><c/><d/></a></r>");
+    const auto c = find(document, u"c");
+    EXPECT_EQ(find(document, u"a")->splitAtIndex_intoNode(1, c), c);
+    EXPECT_EQ(dump(document), "r[a[b],c[d]]");
+}
+
+TEST(WQXMLElementTest, RemovingByNameLeavesAnAttributeOfThatNameInANamespace) {
+    const auto document = parse("<a xmlns:p='u:1' p:y='1'/>");
+    const auto a = document->documentElement();
+    EXPECT_TRUE(a->hasAttribute(u"y"));
+    a->removeAttribute(u"y");
+    a->removeAttribute(u"p:y");
+    EXPECT_TRUE(a->hasAttribute(u"y"));
+    a->removeAttribute_namespaceURI(u"y", u"u:1");
+    EXPECT_FALSE(a->hasAttribute(u"y"));
+}

@@ -1092,4 +1092,95 @@ TEST(WQXMLWriterTest, TextsMayBeLong) {
     EXPECT_TRUE(flushed(writer) == "<a k=\"" + escaped + "\">" + escaped + std::string(1 << 20, '<') + "</a>");
 }
 
+// ---- What moves under a writer
+
+TEST(WQXMLWriterTest, TheBufferOfTheWriterItselfIsWrittenAsItStands) {
+    const auto writer = WQXMLWriter::newToMemory();
+    writer->startElement(u"a");
+    for (int i = 0; i < 3000; ++i) writer->writeString(u"hello world");
+    writer->flush();
+    const std::string before = view(writer);
+    EXPECT_GT(writer->writeBinHex(writer->XMLData()), 0);
+    writer->flush();
+    std::string expected = before;
+    for (const char byte : before) {
+        constexpr const char* digits = "0123456789ABCDEF";
+        expected += digits[(byte >> 4) & 15];
+        expected += digits[byte & 15];
+    }
+    EXPECT_EQ(view(writer), expected);
+}
+
+TEST(WQXMLWriterTest, AnElementThatDiesEndsTheWriterBelowIt) {
+    const auto document = parse("<a><e/></a>");
+    const auto writer = WQXMLWriter::newToElement(wq::cast<WQXMLElement>(find(document, u"e")));
+    document->setDocumentElement(document->createElement(u"z"));
+    EXPECT_EQ(writer->startElement(u"x"), -1);
+    EXPECT_EQ(writer->flush(), -1);
+    EXPECT_EQ(dump(document), "z");
+}
+
+TEST(WQXMLWriterTest, AnOpenElementThatIsTakenAwayIsWrittenOn) {
+    for (bool below : {false, true}) {
+        auto document = below ? parse("<a/>") : nullptr;
+        const auto writer = below ? WQXMLWriter::newToElement(document->documentElement()) : WQXMLWriter::newToXMLDocument();
+        if (!below) document = writer->XMLDocument();
+        writer->startElement(u"x");
+        writer->startElement(u"y");
+        writer->writeString(u"t");
+        writer->flush();
+        const auto x = find(document, u"x");
+        const auto kept = below ? x->firstChild() : nullptr;
+        x->removeChildren();
+        writer->writeString(u"more");
+        writer->endElement();
+        writer->writeElement_content(u"z", nullptr);
+        writer->endElement();
+        writer->flush();
+        EXPECT_EQ(dump(x), "x[z]");
+        EXPECT_EQ(kept ? dump(kept) : "", below ? "y[\"tmore\"]" : "");
+    }
+}
+
+TEST(WQXMLWriterTest, ATextThatWasEditedIsGoneOnWith) {
+    const auto writer = WQXMLWriter::newToXMLDocument();
+    writer->startElement(u"x");
+    writer->writeString(u"a rather long text, so that the parser has something to remember");
+    writer->writeRaw(u"<y/>z");
+    writer->writeRaw(u"<w/>");
+    writer->flush();
+    const auto x = find(writer->XMLDocument(), u"x");
+    wq::cast<WQXMLText>(x->firstChild())->setString(u"short");
+    x->removeChild(x->lastChild());
+    writer->writeString(u"more");
+    writer->endElement();
+    writer->endDocument();
+    writer->flush();
+    EXPECT_EQ(dump(x), "x[\"short\",y,\"zmore\"]");
+}
+
+TEST(WQXMLWriterTest, ADocumentTypeBelowAnElementReplacesTheOneOfItsDocument) {
+    const auto document = parse("<!DOCTYPE a [<!ENTITY e 'x'>]><a><b>&e;</b></a>");
+    const auto reference = find(document, u"b")->firstChild();
+    {
+        const auto writer = WQXMLWriter::newToElement(document->documentElement());
+        writer->writeDTD_pubid_sysid_subset(u"a", nullptr, nullptr, u"<!ENTITY f 'y'>");
+        writer->writeElement_content(u"c", u"t");
+        writer->flush();
+    }
+    EXPECT_EQ(dump(document), "a[b[<!>],c[\"t\"]]");
+    EXPECT_FALSE(reference->firstChild());
+    EXPECT_EQ(reference->next()->nodeName(), u"c");
+}
+
+TEST(WQXMLWriterTest, ADeclarationBelowAnElementSetsTheEncodingOfItsDocument) {
+    const auto document = parse("<a>\xC3\xA9</a>");
+    EXPECT_EQ(document->XMLData()->view(), "<?xml version=\"1.0\"?>\n<a>&#xE9;</a>\n");
+    auto writer = WQXMLWriter::newToElement(document->documentElement());
+    writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"utf-8", nullptr);
+    writer->writeElement_content(u"c", u"t");
+    writer = nullptr;
+    EXPECT_EQ(document->XMLData()->view(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a>\xC3\xA9<c>t</c></a>\n");
+}
+
 }  // namespace

@@ -1,6 +1,7 @@
 // What each class of node writes to a writer.
 #include <stdexcept>
 
+#include "dom/WQLibXML.h"
 #include "dom/WQXMLAttr.h"
 #include "dom/WQXMLWriter.h"
 #include "tests/dom/Support.h"
@@ -484,6 +485,15 @@ TEST(WQXMLDocumentTest, TheDefaultClassesOfADocumentFromTheWriterAreNotAsked) {
     const auto book = wq::make<Book>(&Book::initWithDocImpl, xmlCopyDoc(document->xmlDoc(), 1));
     EXPECT_EQ(classOf(book->documentElement()), classOf<WQXMLElement>());
     EXPECT_EQ(classOf(book->createElement(u"a")), classOf<WQXMLElement>());
+}
+
+TEST(WritingNodesTest, ATopLevelNodeWithoutAWrapperIsPassedOver) {
+    parse("<a/>");  // the first use sets the default classes
+    const Put<const wq::Class*> none(DefaultNodeClass, nullptr);
+    const auto document = parse("<!--c--><a>text</a>");
+    const auto writer = WQXMLWriter::newToMemory();
+    document->encodeWithWriter(writer);
+    EXPECT_EQ(writer->XMLData()->view(), "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\n<a>text</a>\n");
 }
 
 }  // namespace
