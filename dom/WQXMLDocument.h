@@ -166,7 +166,8 @@ public:
     // is beyond ASCII in texts and values. HTML is written as XML. Raises "XML Exception" for an encoding
     // that libxml2 does not know.
     Ref<NSData> XMLData() const;
-    Ref<NSData> formattedXMLData() const;  // elements without text among their children on lines of their own, indented by two blanks
+    // Elements without text beside them stand on lines of their own, indented by two blanks.
+    Ref<NSData> formattedXMLData() const;
     // Canonical XML 1.0 without comments. Raises "XML Exception" for a document that holds an entity
     // reference beside its texts, or the relative URI of a namespace.
     NSString canonicalRepresentation() const;
@@ -182,8 +183,8 @@ public:
     // ---- A bag of values for the application
 
     NSValue valueForUndefinedKey(const NSString& key) const;  // null for a key never set
-    // A null value removes the key. Raises "NSInvalidArgumentException" for a value under the null key. The document keeps
-    // the value alive, so a value that holds the document keeps both for good.
+    // A null value removes the key. Raises "NSInvalidArgumentException" for a value under the null key. The
+    // document keeps the value alive, so a value that holds the document keeps both for good.
     virtual void setValue_forUndefinedKey(const NSValue& value, const NSString& key);
 
     // ---- For subclasses

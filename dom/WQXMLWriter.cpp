@@ -122,7 +122,7 @@ bool WQXMLWriter::treeIsWhole() const {
 void WQXMLWriter::noteOpenNodes() {
     xmlParserCtxtPtr parser = bookkeeping.parser;
     if (!parser) return;
-    parser->nodemem = 0;  // it is not to go on with a text that may have been edited meanwhile
+    parser->nodemem = 0;            // it is not to go on with a text that may have been edited meanwhile
     WQXMLNode::Sequence openNodes;  // those of before go when these are held
     for (int i = 0; i < parser->nodeNr; ++i)
         if (auto open = wq::wrapped(parser->nodeTab[i])) openNodes.push_back(open);

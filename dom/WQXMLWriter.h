@@ -10,7 +10,8 @@
 //     std::cout << writer->XMLData()->view();
 //
 // Each operation answers libxml2's number, 0 or a count of bytes, and -1 on error; nothing raises but for
-// the one assertion of writeAttribute_content. A writer whose destination could not be opened answers -1 to everything, and null answers 0.
+// the one assertion of writeAttribute_content. A writer whose destination could not be opened answers -1
+// to everything, and null answers 0.
 // Balance of start and end operations is the caller's affair: libxml2 checks little of it, a
 // missing end stays missing, and what it accepts may be XML that no parser takes. It accepts a second
 // declaration, and after a -1 for null content the element, attribute or comment is open.
@@ -52,9 +53,8 @@ public:
     // Below an element that has a document: one child element and no more, since a parser reads what
     // is written as a document. Null for an element without a document.
     // In both trees an open element that is taken away is written on. Where the element itself dies, the
-    // writer answers -1 from then on. What an initWithXMLNode raises, flush and every other operation answers with -1. A
-    // declaration sets the encoding of the element's document if it has none, and a document type replaces
-    // the one that it has.
+    // writer answers -1 from then on. What an initWithXMLNode raises becomes a -1. A declaration sets the
+    // encoding of the element's document if it has none, and a document type replaces the one that it has.
     template <class T = WQXMLWriter> static Ref<T> newToElement(const Ref<WQXMLElement>& element) {
         return wq::make<T>(&T::initToElement, element);
     }

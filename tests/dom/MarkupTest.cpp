@@ -949,31 +949,3 @@ TEST(MarkupTest, AListenerMaySetOtherMarkupInItsTurn) {
     EXPECT_EQ(dump(document), "r[outer]");
     expectSound(root);
 }
-
-// ---- Want of memory
-
-namespace {
-
-// While gNoNodes is set, libxml2 gets no memory for nodes.
-void* (*plainMalloc)(size_t) = nullptr;
-bool gNoNodes = false;
-void* mallocWithoutNodes(size_t size) { return gNoNodes && size == sizeof(xmlNode) ? nullptr : plainMalloc(size); }
-
-}  // namespace
-
-TEST(WQLibXMLTest, AFailedAttachIsRaisedAsInconsistency) {
-    const auto document = parse("<r><a/></r>");
-    const auto root = document->documentElement();
-    Doing memoryEnds([](const Ref<WQXMLEvent>&) { gNoNodes = true; });
-    root->addListener_forEvent_useCapture(&memoryEnds, kRemoved, true);
-    plainMalloc = xmlMalloc;
-    // With the library's own callback the want of memory itself would be raised.
-    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
-    xmlMalloc = mallocWithoutNodes;
-    const std::string result = raised([&] { root->setInnerXML(u"<n/>"); });
-    gNoNodes = false;
-    xmlMalloc = plainMalloc;
-    xmlSetStructuredErrorFunc(nullptr, wqStructuredErrorFunc);
-    EXPECT_EQ(result, kFailedAttach);
-    EXPECT_EQ(dump(document), "r");
-}
