@@ -54,12 +54,12 @@ void FreeDocument::operator()(xmlDocPtr doc) const {
 
 namespace {
 
-bool isOurs(const xmlChar* text, xmlDocPtr doc) { return text && !(doc && doc->dict && xmlDictOwns(doc->dict, text)); }
+bool isOwnText(const xmlChar* text, xmlDocPtr doc) { return text && !(doc && doc->dict && xmlDictOwns(doc->dict, text)); }
 
 void freeIdentifier(void* entry, const xmlChar*) {
     auto* identifier = static_cast<xmlIDPtr>(entry);
     for (const xmlChar* text : {identifier->value, identifier->name})
-        if (isOurs(text, identifier->doc)) xmlFree(const_cast<xmlChar*>(text));
+        if (isOwnText(text, identifier->doc)) xmlFree(const_cast<xmlChar*>(text));
     xmlFree(identifier);
 }
 
@@ -141,8 +141,13 @@ private:
 
 }  // namespace
 
-void Binding::settleIdentifiers(xmlNodePtr element) {
-    forEachAttribute(element, [](xmlAttrPtr attribute) { IdentifierUpdate(reinterpret_cast<xmlNodePtr>(attribute)); });
+void Binding::settleIdentifiers(xmlNodePtr element, const NSString& qualifiedName) {
+    forEachAttribute(element, [&](xmlAttrPtr attribute) {
+        if (attribute->atype != XML_ATTRIBUTE_ID) return;
+        const NSString name = fromUTF8(attribute->name);
+        if (name == qualifiedName || name == WQXMLNode::localNameForQName(qualifiedName))
+            IdentifierUpdate(reinterpret_cast<xmlNodePtr>(attribute));
+    });
 }
 
 // ---- New nodes

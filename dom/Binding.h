@@ -242,7 +242,7 @@ struct Binding {
     static void forgetIdentifier(xmlAttrPtr attribute);
     // Ahead of a new value: libxml2 looks for the old entry by the old value, and misses one that was
     // written with a reference. Afterwards it finds it.
-    static void settleIdentifiers(xmlNodePtr element);
+    static void settleIdentifiers(xmlNodePtr element, const NSString& qualifiedName);
 
     // ---- The end, within a guarded call of the caller
 

@@ -156,7 +156,7 @@ void WQXMLElement::setAttribute_value(const NSString& name, const NSString& valu
     const wq::KeptAlive kept(this);
     const NSString previous = getAttribute(name);
     xmlAttrPtr attribute = nullptr;
-    Binding::settleIdentifiers(xmlNode());
+    Binding::settleIdentifiers(xmlNode(), name);
     wq::guarded([&] { attribute = xmlSetProp(xmlNode(), Bytes(name), Bytes(value)); });  // old value texts go by the hook
     notifyAttrChanged_newValue_prevValue_relatedNode(name, value, previous, wq::wrapped(attribute));
 }
@@ -181,7 +181,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
         ns = made.get();
         Binding::ownedNamespaces(this).push_back(made.release());
     }
-    Binding::settleIdentifiers(xmlNode());
+    Binding::settleIdentifiers(xmlNode(), local);
     wq::guarded([&] { xmlSetNsProp(xmlNode(), ns, Bytes(local), Bytes(value)); });  // old value texts go by the hook
 }
 

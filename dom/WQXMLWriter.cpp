@@ -88,7 +88,7 @@ void WQXMLWriter::teardown() {
         wq::WaitingChecks waiting;
         xmlTextWriterFlush(my.writer);
         xmlFreeTextWriter(my.writer);  // a parser behind it reads its last
-        wq::keepFailure([&] { waiting.settle(); });
+        if (!guard.failed()) wq::keepFailure([&] { waiting.settle(); });
     }
     delete this;
 }
@@ -122,7 +122,9 @@ bool WQXMLWriter::treeIsWhole() const {
 void WQXMLWriter::noteOpenNodes() {
     xmlParserCtxtPtr parser = bookkeeping.parser;
     if (!parser) return;
-    parser->nodemem = 0;            // it is not to go on with a text that may have been edited meanwhile
+    parser->nodemem = 0;  // it is not to go on with a text that may have been edited meanwhile
+    const auto& before = bookkeeping.openNodes;
+    if (before.size() == static_cast<size_t>(parser->nodeNr) + 1 && before.back()->xmlNode() == parser->node) return;
     WQXMLNode::Sequence openNodes;  // those of before go when these are held
     for (int i = 0; i < parser->nodeNr; ++i)
         if (auto open = wq::wrapped(parser->nodeTab[i])) openNodes.push_back(open);

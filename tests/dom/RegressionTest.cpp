@@ -77,4 +77,17 @@ TEST(RegressionTest, TheOwnerOfAnAttributeIsItsElementAndItIsSpecified) {
     EXPECT_TRUE(attribute->specified());
 }
 
+TEST(RegressionTest, SettingAnotherAttributeLeavesAnIdentifierKnownAsItWas) {
+    const auto document = parse("<!DOCTYPE a [<!ATTLIST b id ID #IMPLIED>]><a><b id='k&amp;m'/></a>");
+    const auto b = wq::cast<WQXMLElement>(find(document, u"b"));
+    const auto before = document->getElementById(u"k&#38;m");
+    EXPECT_EQ(before, b);
+    b->setAttribute_value(u"other", u"1");
+    b->setAttribute_namespaceURI_value(u"n:more", u"u:1", u"2");
+    EXPECT_EQ(document->getElementById(u"k&#38;m"), b);
+    b->setAttribute_value(u"id", u"new");
+    EXPECT_FALSE(document->getElementById(u"k&#38;m"));
+    EXPECT_EQ(document->getElementById(u"new"), b);
+}
+
 }  // namespace
