@@ -2,14 +2,17 @@
 
 include(CMakePackageConfigHelpers)
 
+set(WQ_PRIVATE_HEADERS dom/Binding.h common/core/css/NameTables.h)  # for the files of their own folder
 foreach(header IN LISTS WQ_HEADERS)
   file(RELATIVE_PATH relative ${CMAKE_CURRENT_SOURCE_DIR} ${header})
-  if(relative STREQUAL "dom/Binding.h")  # for dom's own files
+  if(relative IN_LIST WQ_PRIVATE_HEADERS)
     continue()
   endif()
   get_filename_component(folder ${relative} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/${folder})
 endforeach()
+
+install(FILES ${WQ_GENERATED}/common/core/css/ScannerBase.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/common/core/css)
 
 install(DIRECTORY resources/ DESTINATION ${CMAKE_INSTALL_DATADIR}/wq)
 install(TARGETS wq EXPORT wqTargets)

@@ -1,0 +1,31 @@
+#include "common/core/css/Scanner.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace CSS {
+
+Scanner::Scanner() : wqCSSFlexLexer(nullptr, nullptr) {
+    static char noText[] = "";
+    yytext = noText;  // flex sets neither before the first token
+    yyleng = 0;
+}
+
+void Scanner::SetString(const std::string& text) {
+    inputString = text;
+    inputPosition = 0;
+}
+
+int Scanner::LexerInput(char* buffer, int maxSize) {
+    const size_t count = std::min(static_cast<size_t>(maxSize), inputString.size() - inputPosition);
+    std::memcpy(buffer, inputString.data() + inputPosition, count);
+    inputPosition += count;
+    return static_cast<int>(count);
+}
+
+void Scanner::LexerOutput(const char* text, int length) { std::fwrite(text, 1, static_cast<size_t>(length), stdout); }
+
+void Scanner::LexerError(const char* message) { std::fputs(message, stdout); }
+
+}  // namespace CSS

@@ -1,0 +1,40 @@
+// The scanner of style sheets: text to tokens, with the rules of Scanner.l.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include <common/core/css/ScannerBase.h>
+
+#include "common/core/css/Token.h"
+
+namespace CSS {
+
+// One scanner reads one text. There are no errors: what no rule recognises is a token of one character.
+//
+// Letters are recognised in both cases, and the text of a token is raw: quotes, units, escapes and case as typed.
+// White space in front of a left brace, a plus, a greater-than sign or a comma belongs to that token.
+// Bytes from 0x80 up are letters. A NUL byte gives token 0, like the end of the text; the next call
+// goes on behind it.
+class Scanner : public wqCSSFlexLexer {
+public:
+    Scanner();
+
+    // Copies the text that yylex is to read.
+    void SetString(const std::string& text);
+
+    // The number of the next token; its text is YYText(), YYLeng() bytes long, until the next call. At the end
+    // of the text, 0, and again 0.
+    int yylex() override;
+
+protected:
+    int LexerInput(char* buffer, int maxSize) override;       // the next bytes of the text; 0 at its end
+    void LexerOutput(const char* text, int length) override;  // to standard output; no rule leaves anything for it
+    void LexerError(const char* message) override;            // to standard output; the process goes on
+
+private:
+    std::string inputString;
+    size_t inputPosition = 0;
+};
+
+}  // namespace CSS
