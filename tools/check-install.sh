@@ -10,14 +10,16 @@ source "$root/tools/build.sh"
 place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
 
-# A header of flex's that must not be found: ours need none.
-mkdir "$place/host"
-echo '#error the header of another scanner' >"$place/host/FlexLexer.h"
-export CPLUS_INCLUDE_PATH="$place/host"
-
 install_library() {
-    CPLUS_INCLUDE_PATH='' build release
+    build release
     quietly "$place/install.log" cmake --install "$root/build/release" --prefix "$place/wq"
+}
+
+# From here on flex's own header must not be found: ours need none.
+spoil_flex_header() {
+    mkdir "$place/host"
+    echo '#error the header of another scanner' >"$place/host/FlexLexer.h"
+    export CPLUS_INCLUDE_PATH="$place/host"
 }
 
 by_cmake() {
@@ -37,6 +39,7 @@ by_pkg_config() {
 }
 
 install_library
+spoil_flex_header
 echo 'by CMake:'
 by_cmake
 echo 'by pkg-config:'
