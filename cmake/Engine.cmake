@@ -27,12 +27,29 @@ set(WQ_GENERATED_SOURCES ${WQ_GENERATED}/${engine}/Scanner.cpp)
 set_source_files_properties(${WQ_GENERATED}/${engine}/Scanner.cpp PROPERTIES
   INCLUDE_DIRECTORIES ${WQ_GENERATED}/flex COMPILE_OPTIONS -w)
 
-foreach(table Colors Keywords)
+# The names of the properties and their rows in Properties.def, as gperf wants them.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${engine}/Properties.def)
+file(STRINGS ${engine}/Properties.def property_rows REGEX "^WQ_CSS_PROPERTY")
+set(PROPERTY_NAMES "")
+set(row 0)
+foreach(property IN LISTS property_rows)
+  string(REGEX REPLACE "^[^\"]*\"([^\"]*)\".*" "\\1" name "${property}")
+  string(APPEND PROPERTY_NAMES "${name}, ${row}\n")
+  math(EXPR row "${row} + 1")
+endforeach()
+configure_file(${engine}/PropertyNames.gperf.in ${WQ_GENERATED}/${engine}/PropertyNames.gperf @ONLY)
+
+# make_table(INPUT) turns a gperf input into a source of the library.
+macro(make_table input)
+  get_filename_component(table ${input} NAME_WE)
   set(output ${WQ_GENERATED}/${engine}/${table}.cpp)
   add_custom_command(OUTPUT ${output}
-    COMMAND ${GPERF} --output-file=${output} ${engine}/${table}.gperf
+    COMMAND ${GPERF} --output-file=${output} ${input}
     WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
-    DEPENDS ${engine}/${table}.gperf VERBATIM)
+    DEPENDS ${input} VERBATIM)
   set_source_files_properties(${output} PROPERTIES COMPILE_OPTIONS "-w;-Dregister=")  # a word that C++17 took out
   list(APPEND WQ_GENERATED_SOURCES ${output})
-endforeach()
+endmacro()
+make_table(${engine}/Colors.gperf)
+make_table(${engine}/Keywords.gperf)
+make_table(${WQ_GENERATED}/${engine}/PropertyNames.gperf)

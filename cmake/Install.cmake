@@ -12,6 +12,7 @@ foreach(header IN LISTS WQ_HEADERS)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/${folder})
 endforeach()
 
+install(FILES common/core/css/Properties.def DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/common/core/css)
 install(FILES ${WQ_GENERATED}/common/core/css/ScannerBase.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/common/core/css)
 
 install(DIRECTORY resources/ DESTINATION ${CMAKE_INSTALL_DATADIR}/wq)

@@ -1,4 +1,4 @@
-// The tables that the build makes perfect hashes of: Colors.gperf and Keywords.gperf.
+// The tables that the build makes perfect hashes of: Colors.gperf, Keywords.gperf and Properties.def.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace CSS {
 
-// Both refuse by length before they hash, and compare with the bytes of a row of that length only.
+// All three refuse by length before they hash, and compare with the bytes of a row of that length only.
 const ColorName* findColorName(const char* name, size_t length);
 
 struct Keyword {
@@ -18,7 +18,13 @@ struct Keyword {
 };
 const Keyword* findKeyword(const char* text, size_t length);
 
-// All rows of the table, in no order; ValueInvalid marks the empty ones between them.
+struct PropertyName {
+    const char* name;
+    unsigned int row;  // of Properties.def
+};
+const PropertyName* findPropertyName(const char* name, size_t length);
+
+// All rows of the table of keywords, in no order; ValueInvalid marks the empty ones between them.
 std::span<const Keyword> keywordRows();
 
 }  // namespace CSS

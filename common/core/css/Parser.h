@@ -1,0 +1,61 @@
+// The parser of style sheets and of lists of declarations: by recursive descent, with one token of lookahead.
+//
+// The language is CSS 2.1 in its shape, with exact limits and without error recovery:
+//  - A syntax error is a hard assertion: it ends the process. Without hard assertions it raises ParseError inside the
+//    parser, whose entries print its message on standard error and say that they failed.
+//  - A property or value that is none costs that declaration, with a warning on standard output, and nothing else.
+//
+// A parser serves one text; it lives on the stack of one call. Only one parser reads at a time, since every parse begins
+// to count properties anew (Property::gOrderCounter).
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "common/core/css/AST.h"
+#include "common/core/css/Scanner.h"
+#include "common/core/css/StyleDeclaration.h"
+
+namespace CSS {
+
+class ParseError : public std::exception {
+public:
+    explicit ParseError(std::string aMessage) : message(std::move(aMessage)) {}
+    const char* what() const noexcept override { return message.c_str(); }
+
+private:
+    std::string message;  // "CSS Parse Error before token " and the token
+};
+
+class Parser {
+public:
+    // Adds the declarations of a text, as that of a style attribute, to a declaration, which must not be null. Whether
+    // there was no syntax error.
+    //
+    // What is no declaration ends the list in silence: a text that begins with white space declares nothing.
+    // Functions in values may be nested as deep as memory allows.
+    bool ParseStyleDeclaration(const std::string& text, MutableStyleDeclaration* declarations);
+
+private:
+    void begin(const std::string& text);
+
+    void advance();
+    void match(int token, std::string* text = nullptr);
+    void matchZOM(int token);
+    [[noreturn]] void error();
+
+    void declaration(MutableStyleDeclaration* declarations);
+    void property(std::string* name);
+    void prio();
+    void expr(AST* parent);
+    void css_operator(AST* node);
+    void term(AST* node);
+    void function(AST* node);
+    void hexcolor(AST* node);
+
+    Scanner scanner;
+    int currentToken = EndOfInput;  // the lookahead
+};
+
+}  // namespace CSS
