@@ -4,9 +4,7 @@
 //   infinities, and numbers that print with an exponent, which style sheets do not have
 // Only in a build without hard assertions: a syntax error would end the process.
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "common/core/css/Parser.h"
 
@@ -32,11 +30,6 @@ bool survives(const CSS::Property& property) {
 }
 
 }  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    require(std::freopen("/dev/null", "w", stdout) && std::freopen("/dev/null", "w", stderr));  // warnings and messages
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     CSS::MutableStyleDeclaration declaration;
