@@ -2,7 +2,7 @@
 
 include(CMakePackageConfigHelpers)
 
-set(WQ_PRIVATE_HEADERS dom/Binding.h common/core/css/NameTables.h)  # for the files of their own folder
+set(WQ_PRIVATE_HEADERS platform/Faces.h dom/Binding.h common/core/css/NameTables.h)  # for the files of their own folder
 foreach(header IN LISTS WQ_HEADERS)
   file(RELATIVE_PATH relative ${CMAKE_CURRENT_SOURCE_DIR} ${header})
   if(relative IN_LIST WQ_PRIVATE_HEADERS)
@@ -28,7 +28,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wqConfig.cmake ${CMAKE_CURRENT_BINARY_
 # The installed tree can be moved, and a static library brings what it needs.
 file(RELATIVE_PATH WQ_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 set(WQ_PC_REQUIRES libxml-2.0)
-set(WQ_PC_REQUIRES_PRIVATE icu-uc libcurl liburiparser fmt)
+set(WQ_PC_REQUIRES_PRIVATE icu-uc libcurl liburiparser fontconfig fmt)
 if(NOT BUILD_SHARED_LIBS)
   list(APPEND WQ_PC_REQUIRES ${WQ_PC_REQUIRES_PRIVATE})
 endif()

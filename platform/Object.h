@@ -78,6 +78,7 @@ protected:
 private:
     friend class Class;
     template <class T> friend T* nil();
+    template <class T> friend T* immortal();
 
 #ifdef WQ_COUNT_OBJECTS
     static inline int64_t living = 0;
@@ -86,7 +87,7 @@ private:
     static void objectIsImmortal() noexcept { --living; }
 
 public:
-    // How many counted objects live, the null objects left out. In test builds only.
+    // How many counted objects live, null and immortal ones left out. In test builds only.
     static int64_t numberOfLivingObjects() noexcept { return living; }
 #else
     static void objectIsBorn() noexcept {}
@@ -107,6 +108,15 @@ template <class T> [[gnu::cold, gnu::noinline]] T* nil() {
         return object;
     }();
     return instance;
+}
+
+// A new object that lives as long as the process, for a static variable: one count of it is never
+// given up, and it is left out of the number of living objects.
+template <class T> T* immortal() {
+    T* object = new T;
+    object->retain();
+    Object::objectIsImmortal();
+    return object;
 }
 
 // A counted reference, one pointer wide. `->` on null reaches the null object of T, so a chain of

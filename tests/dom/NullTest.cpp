@@ -10,7 +10,10 @@
 #include "dom/WQXMLReader.h"
 #include "dom/WQXMLWriter.h"
 #include "platform/Log.h"
+#include "platform/NSColor.h"
 #include "platform/NSDraggingInfo.h"
+#include "platform/NSFontManager.h"
+#include "platform/NSMutableParagraphStyle.h"
 #include "tests/dom/Support.h"
 #include "tests/tree/Headers.h"
 
@@ -21,7 +24,8 @@ using namespace test;
 // Operations that a program uses on objects only, or that are no class of the layer.
 bool isOfTheObjectLayer(const std::string& operation) {
     for (const char* prefix :
-         {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSCharacterSet::", "NSDraggingInfo::"})
+         {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSCharacterSet::", "NSColorSpace::",
+          "NSDraggingInfo::"})
         if (operation.rfind(prefix, 0) == 0) return false;
     return operation.rfind("WQXML", 0) == 0 || operation.rfind("NS", 0) == 0;
 }
@@ -39,6 +43,13 @@ const Ref<NSDictionary> dictionary;
 const Ref<NSData> bytes;
 const Ref<NSError> error;
 const Ref<NSURL> url;
+const Ref<NSFont> font;
+const Ref<NSFontDescriptor> descriptor;
+const Ref<NSFontManager> fonts;
+const Ref<NSColor> color;
+const Ref<NSTextBlock> block;
+const Ref<NSParagraphStyle> style;
+const Ref<NSMutableParagraphStyle> mutableStyle;
 const Ref<WQXMLWriter> writer;
 const Ref<WQXMLWriterElement> open;
 const Ref<WQXMLReader> reader;
@@ -221,6 +232,51 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(NSURL::host, EXPECT_EQ(url->host(), none)), ROW(NSURL::fragment, EXPECT_EQ(url->fragment(), none)),
             ROW(NSURL::path, EXPECT_EQ(url->path(), none)), ROW(NSURL::isFileURL, EXPECT_FALSE(url->isFileURL())),
             ROW(NSURL::description, EXPECT_EQ(url->description(), none)),
+            ROW(NSFontDescriptor::familyName, EXPECT_EQ(descriptor->familyName(), none)),
+            ROW(NSFontDescriptor::pointSize, EXPECT_EQ(descriptor->pointSize(), 0)),
+            ROW(NSFontDescriptor::symbolicTraits, EXPECT_EQ(descriptor->symbolicTraits(), 0u)),
+            ROW(NSFont::familyName, EXPECT_EQ(font->familyName(), none)), ROW(NSFont::pointSize, EXPECT_EQ(font->pointSize(), 0)),
+            ROW(NSFont::fontDescriptor, EXPECT_FALSE(font->fontDescriptor())), ROW(NSFont::path, EXPECT_EQ(font->path(), none)),
+            ROW(NSFont::faceIndex, EXPECT_EQ(font->faceIndex(), 0)), ROW(NSFont::description, EXPECT_EQ(font->description(), none)),
+            ROW(NSFontManager::availableFontFamilies, EXPECT_TRUE(fonts->availableFontFamilies().empty())),
+            ROW(NSFontManager::fontWithFamily_traits_weight_size,
+                EXPECT_FALSE(fonts->fontWithFamily_traits_weight_size(u"DejaVu Sans", 0, 5, 12))),
+            ROW(NSColor::colorUsingType, EXPECT_FALSE(color->colorUsingType(0))),
+            ROW(NSColor::colorUsingColorSpace, EXPECT_FALSE(color->colorUsingColorSpace(NSColorSpace::sRGBColorSpace()))),
+            ROW(NSColor::redComponent, EXPECT_EQ(color->redComponent(), 0)),
+            ROW(NSColor::greenComponent, EXPECT_EQ(color->greenComponent(), 0)),
+            ROW(NSColor::blueComponent, EXPECT_EQ(color->blueComponent(), 0)),
+            ROW(NSColor::alphaComponent, EXPECT_EQ(color->alphaComponent(), 0)),
+            ROW(NSColor::getRed_green_blue_alpha, double red = 1; color->getRed_green_blue_alpha(&red, nullptr, nullptr, nullptr);
+                EXPECT_EQ(red, 0)),
+            ROW(NSColor::colorSpace, EXPECT_FALSE(color->colorSpace())), ROW(NSColor::isEqual, EXPECT_FALSE(color->isEqual(color))),
+            ROW(NSTextBlock::setWidth_type_forLayer_edge, block->setWidth_type_forLayer_edge(1, 0, 9, 0)),
+            ROW(NSTextBlock::widthForLayer_edge, EXPECT_EQ(block->widthForLayer_edge(9, 0), 0)),
+            ROW(NSTextBlock::widthValueTypeForLayer_edge, EXPECT_EQ(block->widthValueTypeForLayer_edge(9, 0), 0u)),
+            ROW(NSParagraphStyle::mutableCopy, EXPECT_FALSE(style->mutableCopy())),
+            ROW(NSParagraphStyle::paragraphSpacingBefore, EXPECT_EQ(style->paragraphSpacingBefore(), 0)),
+            ROW(NSParagraphStyle::paragraphSpacing, EXPECT_EQ(style->paragraphSpacing(), 0)),
+            ROW(NSParagraphStyle::firstLineHeadIndent, EXPECT_EQ(style->firstLineHeadIndent(), 0)),
+            ROW(NSParagraphStyle::headIndent, EXPECT_EQ(style->headIndent(), 0)),
+            ROW(NSParagraphStyle::tailIndent, EXPECT_EQ(style->tailIndent(), 0)),
+            ROW(NSParagraphStyle::minimumLineHeight, EXPECT_EQ(style->minimumLineHeight(), 0)),
+            ROW(NSParagraphStyle::maximumLineHeight, EXPECT_EQ(style->maximumLineHeight(), 0)),
+            ROW(NSParagraphStyle::lineHeightMultiple, EXPECT_EQ(style->lineHeightMultiple(), 0)),
+            ROW(NSParagraphStyle::alignment, EXPECT_EQ(style->alignment(), 0)),
+            ROW(NSParagraphStyle::tabStops, EXPECT_TRUE(style->tabStops().empty())),
+            ROW(NSParagraphStyle::textBlocks, EXPECT_TRUE(style->textBlocks().empty())),
+            ROW(NSParagraphStyle::isEqual, EXPECT_FALSE(style->isEqual(style))),
+            ROW(NSMutableParagraphStyle::setParagraphSpacingBefore, mutableStyle->setParagraphSpacingBefore(1)),
+            ROW(NSMutableParagraphStyle::setParagraphSpacing, mutableStyle->setParagraphSpacing(1)),
+            ROW(NSMutableParagraphStyle::setFirstLineHeadIndent, mutableStyle->setFirstLineHeadIndent(1)),
+            ROW(NSMutableParagraphStyle::setHeadIndent, mutableStyle->setHeadIndent(1)),
+            ROW(NSMutableParagraphStyle::setTailIndent, mutableStyle->setTailIndent(1)),
+            ROW(NSMutableParagraphStyle::setMinimumLineHeight, mutableStyle->setMinimumLineHeight(1)),
+            ROW(NSMutableParagraphStyle::setMaximumLineHeight, mutableStyle->setMaximumLineHeight(1)),
+            ROW(NSMutableParagraphStyle::setLineHeightMultiple, mutableStyle->setLineHeightMultiple(1)),
+            ROW(NSMutableParagraphStyle::setAlignment, mutableStyle->setAlignment(1)),
+            ROW(NSMutableParagraphStyle::setTabStops, mutableStyle->setTabStops({1})),
+            ROW(NSMutableParagraphStyle::setTextBlocks, mutableStyle->setTextBlocks({NSTextBlock::textBlock()})),
             ROW(WQXMLRange::copyWithZone, EXPECT_FALSE(range->copyWithZone())),
             ROW(WQXMLRange::copyRange, EXPECT_FALSE(range->copyRange())),
             ROW(WQXMLRange::startContainer, EXPECT_FALSE(range->startContainer())),
@@ -398,6 +454,13 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<NSData>(),
         fieldsOfNull<NSError>(),
         fieldsOfNull<NSURL>(),
+        fieldsOfNull<NSFont>(),
+        fieldsOfNull<NSFontDescriptor>(),
+        fieldsOfNull<NSFontManager>(),
+        fieldsOfNull<NSColor>(),
+        fieldsOfNull<NSTextBlock>(),
+        fieldsOfNull<NSParagraphStyle>(),
+        fieldsOfNull<NSMutableParagraphStyle>(),
         fieldsOfNull<WQXMLWriter>(),
         fieldsOfNull<WQXMLWriterElement>(),
         fieldsOfNull<WQXMLReader>(),

@@ -231,6 +231,15 @@ TEST(Object, IsCountedAsLivingUntilItDies) {
     thing = nullptr;
     EXPECT_EQ(wq::Object::numberOfLivingObjects(), before);
 }
+
+TEST(Object, AnImmortalOneIsNotAmongTheLiving) {
+    const int64_t before = wq::Object::numberOfLivingObjects();
+    static Thing* const thing = wq::immortal<Thing>();
+    EXPECT_EQ(wq::Object::numberOfLivingObjects(), before);
+    EXPECT_FALSE(thing->isNil());
+    Ref<Thing>(thing).reset();
+    EXPECT_EQ(thing->referenceCount(), 1);
+}
 #endif
 
 TEST(Class, HasOneDescriptor) {
