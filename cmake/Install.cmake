@@ -2,7 +2,7 @@
 
 include(CMakePackageConfigHelpers)
 
-set(WQ_PRIVATE_HEADERS platform/Faces.h dom/Binding.h common/core/css/NameTables.h)  # for the files of their own folder
+set(WQ_PRIVATE_HEADERS platform/Faces.h dom/Binding.h common/core/css/AttributeText.h common/core/css/NameTables.h)  # for the files of their own folder
 foreach(header IN LISTS WQ_HEADERS)
   file(RELATIVE_PATH relative ${CMAKE_CURRENT_SOURCE_DIR} ${header})
   if(relative IN_LIST WQ_PRIVATE_HEADERS)

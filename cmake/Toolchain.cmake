@@ -12,6 +12,9 @@ endif()
 
 add_library(wq_warnings INTERFACE)
 target_compile_options(wq_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(wq_warnings INTERFACE -Wno-restrict)  # g++ 12 sees overlaps where strings are joined
+endif()
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(wq_warnings INTERFACE -Werror)
 endif()

@@ -38,6 +38,17 @@ NSString NSString::stringByReplacingCharactersInRange_withString(NSRange range, 
     return result.replace(range.location, range.length, string);
 }
 
+// One unit becomes three at most.
+NSString NSString::lowercaseString() const {
+    if (!present) return nullptr;
+    const int32_t size = lengthForICU(text.size());
+    std::u16string lower(text.size() * 3, u'\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t length = u_strToLower(lower.data(), size * 3, text.data(), size, "", &status);
+    lower.resize(static_cast<size_t>(length));
+    return lower;
+}
+
 void PrintTo(const NSString& string, std::ostream* out) {
     if (!string)
         *out << "null";

@@ -31,6 +31,9 @@ public:
     NSString substringWithRange(NSRange range) const;
     NSString stringByReplacingCharactersInRange_withString(NSRange range, std::u16string_view string) const;
 
+    // By Unicode's rules without those of a language, so that U+0130 becomes two characters. Null answers null.
+    NSString lowercaseString() const;
+
     NSString& operator+=(std::u16string_view more) {
         text += more;
         present = true;

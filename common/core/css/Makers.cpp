@@ -5,9 +5,11 @@
 
 namespace CSS {
 
+// NOLINTBEGIN(bugprone-macro-parentheses): functions, not expressions
 #define WQ_CSS_PROPERTY(name, number, Word) \
     Property* make##Word() { return new Prop##Word; }
 #include "common/core/css/Properties.def"
 #undef WQ_CSS_PROPERTY
+// NOLINTEND(bugprone-macro-parentheses)
 
 }  // namespace CSS

@@ -16,6 +16,7 @@
 #include "common/core/css/AST.h"
 #include "common/core/css/Scanner.h"
 #include "common/core/css/StyleDeclaration.h"
+#include "common/core/css/Stylesheet.h"
 
 namespace CSS {
 
@@ -30,6 +31,14 @@ private:
 
 class Parser {
 public:
+    // A new sheet with a count of 0, all its rules an author's; null where the text has a syntax error.
+    //
+    // What begins no rule ends the sheet in silence, and so does an import behind the first rule. The name of a medium
+    // must have one run of white space behind it, and a brace, a comma or a plus takes the white space in front of it
+    // for itself: "@media print /**/{" is a rule, "@media print {" is an error, and "@import 'x' print ;" needs its
+    // blank. A rule for media names exactly one medium.
+    Stylesheet* Parse(const std::string& text);
+
     // Adds the declarations of a text, as that of a style attribute, to a declaration, which must not be null. Whether
     // there was no syntax error.
     //
@@ -43,7 +52,28 @@ private:
     void advance();
     void match(int token, std::string* text = nullptr);
     void matchZOM(int token);
+    void matchComment();
+    void skip(int token);
     [[noreturn]] void error();
+
+    void stylesheet(Stylesheet* sheet);
+    void charset();
+    void import(std::vector<SharedPtr<ImportRule>>& rules);
+    void medium(std::string* name);
+    void media(std::vector<SharedPtr<MediaRule>>& rules);
+    void page(std::vector<SharedPtr<PageRule>>& rules);
+    void pseudo_page();
+    void ruleset(std::vector<SharedPtr<StyleRule>>& rules);
+    void declarationBlock(MutableStyleDeclaration* declarations);
+
+    void selector(std::vector<SharedPtr<Selector>>& selectors);
+    TypeSelector::Combinator combinator();
+    void simple_selector(Selector* selector, TypeSelector::Combinator combinator);
+    void conditions(TypeSelector* part);
+    void element_name(TypeSelector* part);
+    void css_class(TypeSelector* part);
+    void attrib(TypeSelector* part);
+    void pseudo(TypeSelector* part);
 
     void declaration(MutableStyleDeclaration* declarations);
     void property(std::string* name);

@@ -55,7 +55,7 @@ Font* Style::ownFont() {
 CSSColor Style::GetColor() const { return inherited.color; }
 void Style::SetColor(CSSColor color) { inherited.color = color; }
 
-void Style::SetFont(SharedPtr<Font> newFont) { font = newFont; }
+void Style::SetFont(const SharedPtr<Font>& newFont) { font = newFont; }
 
 WQCSSDisplay Style::GetDisplay() const { return static_cast<WQCSSDisplay>(nonInherited.display); }
 void Style::SetDisplay(WQCSSDisplay display) { nonInherited.display = display & 0x1F; }

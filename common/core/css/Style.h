@@ -48,7 +48,7 @@ public:
 
     virtual CSSColor GetColor() const;
     virtual void SetColor(CSSColor color);
-    virtual void SetFont(SharedPtr<Font> newFont);
+    virtual void SetFont(const SharedPtr<Font>& newFont);
     virtual WQCSSDisplay GetDisplay() const;
     virtual void SetDisplay(WQCSSDisplay display);
     virtual uint32_t GetPosition() const;  // always 0: the property has no effect

@@ -4,6 +4,7 @@
 
 #include <sys/wait.h>
 
+#include <csignal>
 #include <cstdio>
 
 #include "tests/tree/Headers.h"
@@ -26,6 +27,8 @@ Result tour(const std::string& arguments) {
     return {WEXITSTATUS(pclose(pipe)), output};
 }
 
+std::string sheet() { return (test::sourceFolder() / "examples/manuscript/manuscript.css").string(); }
+
 std::string sample() { return (test::sourceFolder() / "examples/manuscript/manuscript.xml").string(); }
 
 // A file of its own for each test, which may run beside others.
@@ -43,6 +46,73 @@ TEST(ManuscriptTourTest, PrintsTheOutlineOfTheSampleWithPathsAndDepths) {
                                  "  /book[1]/chapter[1]/section[1]               depth 2  A Bell on a Post\n"));
     EXPECT_THAT(result.output, HasSubstr("nodes by class:  Section 27  WQXMLAttr 59  WQXMLElement 118  WQXMLNode 3  WQXMLText 287\n"));
 }
+
+TEST(ManuscriptTourTest, PrintsTheComputedTextOfTellingNodesOfTheSample) {
+    const std::string output = tour(sample() + " " + sheet()).output;
+    EXPECT_THAT(
+        output, HasSubstr("\nStyles by manuscript.css:\n"
+                          "  /book[1]\n"
+                          "      color:#1a1a1a; font-size:10.5px; font-style:normal; font-family:TeX Gyre Pagella; vertical-align:middle; "
+                          "list-style-type:disc; display:block; line-height:1.4286; margin-top:0px; margin-left:0px; margin-right:0px; "
+                          "margin-bottom:0px; width:auto; page-break-after:auto; page-break-before:auto; font-weight:normal; "
+                          "text-indent:0px; text-decoration:none; text-align:left;\n"
+                          "  /book[1]/title[1]\n"
+                          "      font-size:21px; line-height:1.2; margin-top:120px; margin-bottom:6px; text-align:center;\n"
+                          "  /book[1]/subtitle[1]\n"
+                          "      font-size:13px; font-style:italic; margin-bottom:120px; text-align:center;\n"
+                          "  /book[1]/chapter[1]\n"
+                          "      page-break-before:always;\n"));
+    EXPECT_THAT(
+        output, HasSubstr("  /book[1]/chapter[1]/section[2]/p[2]/note:remark[1]\n"
+                          "      color:#b22222; font-size:8.5px;\n"));
+}
+
+TEST(ManuscriptTourTest, CountsWhatTheStylesOfTheSampleShare) {
+    EXPECT_THAT(tour(sample() + " " + sheet()).output, HasSubstr("  21 rules, 435 nodes, 432 styles with 44 fonts and 50 box records\n"));
+}
+
+TEST(ManuscriptTourTest, WithoutASheetEveryNodeSharesOneFontAndOneBoxRecord) {
+    const Result result = tour(fileWith("plain.xml", "<a><b>x</b><!--c--><b>y</b></a>"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("\nStyles, without a style sheet:\n"));
+    EXPECT_THAT(result.output, HasSubstr("  0 rules, 6 nodes, 5 styles with 1 fonts and 1 box records\n"));
+}
+
+TEST(ManuscriptTourTest, AStyleAttributeCountsAndABadValueInItCostsAWarning) {
+    const Result result = tour(fileWith("attribute.xml", "<a style='color: red; width: wide'><b>x</b></a>"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("Warning: Unsupported property width or invalid value \"wide\"\n"));
+    EXPECT_THAT(result.output, HasSubstr("      color:#ff0000; font-size:12px;"));
+}
+
+TEST(ManuscriptTourTest, AMissingSheetEndsWithOneLine) {
+    const Result result = tour(sample() + " /nonexistent.css");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, HasSubstr("/nonexistent.css: no style sheet there\n"));
+}
+
+#ifdef WQ_NO_HARD_ASSERTIONS
+TEST(ManuscriptTourTest, ABadSheetEndsWithTheMessageAndTheFile) {
+    const std::string path = fileWith("bad.css", "p { color red }");
+    const Result result = tour(sample() + " " + path);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, HasSubstr("CSS Parse Error before token red\n" + path + ": not a style sheet\n"));
+}
+
+TEST(ManuscriptTourTest, ABadStyleAttributeCostsThatAttribute) {
+    const Result result = tour(fileWith("bad-attribute.xml", "<a style='color: red; width }'><b style='color: blue'>x</b></a>"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("CSS Parse Error before token }\n"));
+    EXPECT_THAT(result.output, HasSubstr("  /a[1]\n      color:#000000; "));
+    EXPECT_THAT(result.output, HasSubstr("  /a[1]/b[1]\n      color:#0000ff;\n"));
+}
+#else
+TEST(ManuscriptTourTest, ABadSheetIsTheEndWhereHardAssertionsAreOn) {
+    const Result result = tour(sample() + " " + fileWith("bad.css", "p { color red }"));
+    EXPECT_EQ(result.status, 128 + SIGABRT);
+    EXPECT_THAT(result.output, HasSubstr("Assertion failed: (0), function error, file common/core/css/Parser, line "));
+}
+#endif
 
 TEST(ManuscriptTourTest, PrintsEveryEventOfAMoveAndARemoval) {
     EXPECT_THAT(
