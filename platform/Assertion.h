@@ -17,7 +17,7 @@ class Object;
 struct AssertionFailure {
     std::string_view operation;  // as it is called in C++: "insertChild_before"
     const Object* receiver;      // null in a class operation; not to be kept
-    std::string_view file;       // "WQXMLNode": no folder and no extension
+    std::string_view file;       // "WQXMLNode", or with its folder above dom; no extension
     int line;
     NSString description;
 };

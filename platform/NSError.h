@@ -11,7 +11,7 @@ class NSError : public wq::Object {
 public:
     static Ref<NSError> errorWithDomain_code_description(const NSString& domain, int64_t code, const NSString& description);
 
-    const NSString& domain() const { return my.domain; }                              // whose numbers: "NSPOSIXErrorDomain" or "libcurl"
+    const NSString& domain() const { return my.domain; }                              // whose numbers: as "NSPOSIXErrorDomain", "libcurl"
     int64_t code() const { return my.code; }                                          // errno, or CURLcode
     const NSString& localizedDescription() const { return my.localizedDescription; }  // one line
     NSString description() const override;
@@ -25,3 +25,7 @@ private:
 };
 
 inline constexpr const char16_t* NSPOSIXErrorDomain = u"NSPOSIXErrorDomain";
+
+// For text that is not in the encoding in which it was read.
+inline constexpr const char16_t* NSCocoaErrorDomain = u"NSCocoaErrorDomain";
+inline constexpr int64_t NSFileReadInapplicableStringEncodingError = 261;

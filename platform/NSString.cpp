@@ -6,6 +6,9 @@
 #include <cstring>
 #include <ostream>
 
+#include "platform/NSData.h"
+#include "platform/NSError.h"
+#include "platform/NSURL.h"
 #include "platform/WQXMLException.h"
 
 namespace {
@@ -36,6 +39,25 @@ NSString NSString::stringByReplacingCharactersInRange_withString(NSRange range, 
     checkRange(range);
     std::u16string result = text;
     return result.replace(range.location, range.length, string);
+}
+
+NSString NSString::stringWithContentsOfURL_encoding_error(const Ref<NSURL>& url, NSStringEncoding, Ref<NSError>* error) {
+    const Ref<NSData> data = NSData::dataWithContentsOfURL_error(url, error);
+    if (!data) return nullptr;
+    const std::string_view bytes = data->view();
+    const int32_t size = lengthForICU(bytes.size());
+    std::u16string units(bytes.size(), u'\0');
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8(units.data(), size, &length, bytes.data(), size, &status);
+    if (U_FAILURE(status)) {
+        const NSString message = url->absoluteString() + u": the text is not in UTF-8";
+        if (error)
+            *error = NSError::errorWithDomain_code_description(NSCocoaErrorDomain, NSFileReadInapplicableStringEncodingError, message);
+        return nullptr;
+    }
+    units.resize(static_cast<size_t>(length));
+    return units;
 }
 
 // One unit becomes three at most.

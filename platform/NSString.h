@@ -12,6 +12,15 @@
 
 #include "platform/NSRange.h"
 
+class NSError;
+class NSURL;
+namespace wq {
+template <class T> class Ref;
+}
+
+// The encodings in which a resource is read as text.
+enum NSStringEncoding : unsigned long { NSUTF8StringEncoding = 4 };
+
 class NSString {
 public:
     NSString() = default;  // null
@@ -26,6 +35,10 @@ public:
     size_t length() const noexcept { return text.size(); }
     std::u16string_view view() const noexcept { return text; }  // valid as long as this string is
     operator std::u16string_view() const noexcept { return text; }
+
+    // The text of a resource; a byte order mark is a character of it. Null, and the error set if one is given, where it
+    // cannot be read (see NSData.h) or its bytes are not all in the encoding. Null URL: null, with an error.
+    static NSString stringWithContentsOfURL_encoding_error(const wq::Ref<NSURL>& url, NSStringEncoding encoding, wq::Ref<NSError>* error);
 
     // Both raise "NSRangeException" for a range that reaches past the end. Null answers null.
     NSString substringWithRange(NSRange range) const;

@@ -7,18 +7,18 @@
 #include <unordered_map>
 #include <vector>
 
-#include "common/core/css/StyleResolver.h"
 #include "examples/tour/Words.h"
+#include "mac/Frameworks/WQCSS/WQCSSComputedStyleDeclaration.h"
+#include "mac/Frameworks/WQCSS/WQCSSStyleResolver.h"
 
 namespace {
 
-using StylePointer = SharedPtr<CSS::Style>;
-
 constexpr size_t kMostTexts = 8;
 
-SharedPtr<CSS::Stylesheet> readSheet(const std::string& path) {
-    if (!std::filesystem::is_regular_file(path)) throw CannotStyle{fmt::format("{}: no style sheet there", path)};
-    const SharedPtr<CSS::Stylesheet> sheet = CSS::Stylesheet::CreateWithFile(path);
+Ref<WQCSSStyleSheet> readSheet(const std::string& path) {
+    Ref<NSError> error;
+    const auto sheet = WQCSSStyleSheet::styleSheetWithContentsOfURL_error(NSURL::fileURLWithPath(wq::fromUTF8(path)), &error);
+    if (error) throw CannotStyle{oneLine(error->localizedDescription())};  // which names the file
     if (!sheet) throw CannotStyle{fmt::format("{}: not a style sheet", path)};
     return sheet;
 }
@@ -39,13 +39,13 @@ struct Sharing {
 };
 
 // A computed text; below a parent, of the properties that differ from the parent's.
-std::string textOf(const StylePointer& style, const StylePointer& parent) {
-    CSS::ComputedStyleDeclaration computed(style.Get());
-    CSS::ComputedStyleDeclaration above(parent.Get());
+std::string textOf(const Ref<WQCSSStyle>& style, const Ref<WQCSSStyle>& parent) {
+    const auto computed = WQCSSComputedStyleDeclaration::computedStyleDeclarationWithStyle(style);
+    const auto above = WQCSSComputedStyleDeclaration::computedStyleDeclarationWithStyle(parent);
     std::string text;
-    for (size_t i = 0; i < computed.length(); ++i) {
-        const std::string name = computed.item(i), value = computed.propertyValue(name);
-        if (!value.empty() && (!parent || value != above.propertyValue(name))) text += name + ":" + value + "; ";
+    for (size_t i = 0; i < computed->length(); ++i) {
+        const NSString name = computed->item(i), value = computed->propertyValue(name);
+        if (value.length() > 0 && value != above->propertyValue(name)) text += wq::toUTF8(name + u":" + value + u"; ");
     }
     if (text.empty()) return "as its parent";
     text.pop_back();
@@ -55,12 +55,12 @@ std::string textOf(const StylePointer& style, const StylePointer& parent) {
 }  // namespace
 
 void resolveStyles(const Ref<WQXMLDocument>& document, const std::string& sheetPath) {
-    const SharedPtr<CSS::StyleResolver> resolver = new CSS::StyleResolver;
-    if (!sheetPath.empty()) resolver->ProcessRules(readSheet(sheetPath));
+    const auto resolver = WQCSSStyleResolver::newStyleResolver();
+    if (!sheetPath.empty()) resolver->processRulesFromStyleSheet(readSheet(sheetPath));
 
     fmt::print(
         "\nStyles{}:\n", sheetPath.empty() ? ", without a style sheet" : " by " + std::filesystem::path(sheetPath).filename().string());
-    std::unordered_map<const WQXMLNode*, StylePointer> styles;
+    std::unordered_map<const WQXMLNode*, Ref<WQCSSStyle>> styles;
     std::set<NSString> toldNames;
     Sharing sharing;
     size_t nodes = 0;
@@ -68,14 +68,14 @@ void resolveStyles(const Ref<WQXMLDocument>& document, const std::string& sheetP
         ++nodes;
         if (!isElement(node) && !isText(node)) continue;
         const auto above = styles.find(node->parentNode().get());
-        const StylePointer parent = above == styles.end() ? StylePointer() : above->second;
-        const StylePointer style = resolver->ResolveStyle(node->xmlNode(), parent);
-        sharing.add(*style);
+        const Ref<WQCSSStyle> parent = above == styles.end() ? nullptr : above->second;
+        const auto style = resolver->resolveStyle_parentStyle(node, parent);
+        sharing.add(*style->cssStyle());
         styles.emplace(node.get(), style);
         if (isElement(node) && toldNames.size() < kMostTexts && toldNames.insert(node->localName()).second)
             fmt::print("  {}\n      {}\n", wq::toUTF8(node->XPath()), textOf(style, parent));
     }
     fmt::print(
-        "  {} rules, {} nodes, {} styles with {} fonts and {} box records\n", resolver->processedRules.size(), nodes, sharing.styles,
-        sharing.fonts.size(), sharing.boxes.size());
+        "  {} rules, {} nodes, {} styles with {} fonts and {} box records\n", resolver->cssStyleResolver()->processedRules.size(), nodes,
+        sharing.styles, sharing.fonts.size(), sharing.boxes.size());
 }

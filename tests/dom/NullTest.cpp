@@ -9,6 +9,11 @@
 #include "dom/WQXMLRange.h"
 #include "dom/WQXMLReader.h"
 #include "dom/WQXMLWriter.h"
+#include "mac/Frameworks/WQCSS/WQCSSComputedStyleDeclaration.h"
+#include "mac/Frameworks/WQCSS/WQCSSMutableStyleDeclaration.h"
+#include "mac/Frameworks/WQCSS/WQCSSPrimitiveValue.h"
+#include "mac/Frameworks/WQCSS/WQCSSStyleResolver.h"
+#include "mac/Frameworks/WQCSS/WQCSSValueList.h"
 #include "platform/Log.h"
 #include "platform/NSColor.h"
 #include "platform/NSDraggingInfo.h"
@@ -27,7 +32,7 @@ bool isOfTheObjectLayer(const std::string& operation) {
          {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSCharacterSet::", "NSColorSpace::",
           "NSDraggingInfo::"})
         if (operation.rfind(prefix, 0) == 0) return false;
-    return operation.rfind("WQXML", 0) == 0 || operation.rfind("NS", 0) == 0;
+    return operation.starts_with("WQXML") || operation.starts_with("WQCSS") || operation.starts_with("NS");
 }
 
 const Ref<WQXMLNode> node;
@@ -56,10 +61,29 @@ const Ref<WQXMLReader> reader;
 const Ref<WQXMLRange> range;
 const NSString none;
 
+// Null, and around nothing of the engine's in one test.
+Ref<WQCSSStyle> cssStyle;
+Ref<WQCSSStyleDeclaration> declaration;
+Ref<WQCSSMutableStyleDeclaration> mutableDeclaration;
+Ref<WQCSSComputedStyleDeclaration> computedDeclaration;
+Ref<WQCSSStyleResolver> resolver;
+Ref<WQCSSStyleSheet> sheet;
+Ref<WQCSSValue> cssValue;
+Ref<WQCSSPrimitiveValue> primitiveValue;
+Ref<WQCSSValueList> valueList;
+
 Ref<WQXMLText> some() { return WQXMLText::textWithString(u"x"); }
 Ref<WQXMLElement> someElement() { return WQXMLElement::elementWithName(u"e"); }
 Ref<NSError> noError;
 NSDraggingInfo drop;
+Ref<WQCSSMutableStyleDeclaration> someDeclaration() {
+    const auto made = WQCSSMutableStyleDeclaration::newStyleDeclaration();
+    made->setCssText(u"color: red");
+    return made;
+}
+Ref<WQCSSStyle> someStyle() { return WQCSSStyleResolver::newStyleResolver()->defaultStyle(); }
+constexpr _WQCSSLength noLength{0, 0};
+constexpr _WQCSSLength half{50, WQCSSLengthTypePercentage};
 Log* listener() {
     static Log log;
     return &log;
@@ -432,6 +456,130 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(WQXMLReader::initWithData_baseURL_error,
                 EXPECT_FALSE(reader->initWithData_baseURL_error(test::data("<a/>"), nullptr, &noError))),
             ROW(NSData::snapshot, EXPECT_FALSE(bytes->snapshot())),
+
+            ROW(WQCSSStyle::initWithCSSStyle, EXPECT_FALSE(cssStyle->initWithCSSStyle(SharedPtr<CSS::Style>(CreateStyle()).Get()))),
+            ROW(WQCSSStyle::cssStyle, EXPECT_EQ(cssStyle->cssStyle(), nullptr)),
+            ROW(WQCSSStyle::inheritPropertiesFromStyle, cssStyle->inheritPropertiesFromStyle(someStyle())),
+            ROW(WQCSSStyle::color, EXPECT_FALSE(cssStyle->color())), ROW(WQCSSStyle::attributes, EXPECT_FALSE(cssStyle->attributes())),
+            ROW(WQCSSStyle::font, EXPECT_FALSE(cssStyle->font())), ROW(WQCSSStyle::fontFamily, EXPECT_EQ(cssStyle->fontFamily(), none)),
+            ROW(WQCSSStyle::description, EXPECT_EQ(cssStyle->description(), none)),
+            ROW(WQCSSStyle::display, EXPECT_EQ(cssStyle->display(), 0u)), ROW(WQCSSStyle::position, EXPECT_EQ(cssStyle->position(), 0u)),
+            ROW(WQCSSStyle::fontStyle, EXPECT_EQ(cssStyle->fontStyle(), 0u)),
+            ROW(WQCSSStyle::fontWeight, EXPECT_EQ(cssStyle->fontWeight(), 0u)),
+            ROW(WQCSSStyle::textAlign, EXPECT_EQ(cssStyle->textAlign(), 0u)),
+            ROW(WQCSSStyle::textDecoration, EXPECT_EQ(cssStyle->textDecoration(), 0u)),
+            ROW(WQCSSStyle::verticalAlign, EXPECT_EQ(cssStyle->verticalAlign(), 0u)),
+            ROW(WQCSSStyle::pageBreakAfter, EXPECT_EQ(cssStyle->pageBreakAfter(), 0u)),
+            ROW(WQCSSStyle::pageBreakBefore, EXPECT_EQ(cssStyle->pageBreakBefore(), 0u)),
+            ROW(WQCSSStyle::fontSize, EXPECT_EQ(cssStyle->fontSize(), 0)),
+            ROW(WQCSSStyle::lineHeight, EXPECT_EQ(cssStyle->lineHeight(), 0)),
+            ROW(WQCSSStyle::marginLeft, EXPECT_EQ(cssStyle->marginLeft(), noLength)),
+            ROW(WQCSSStyle::setMarginLeft, cssStyle->setMarginLeft(half)),
+            ROW(WQCSSStyle::marginRight, EXPECT_EQ(cssStyle->marginRight(), noLength)),
+            ROW(WQCSSStyle::setMarginRight, cssStyle->setMarginRight(half)),
+            ROW(WQCSSStyle::marginTop, EXPECT_EQ(cssStyle->marginTop(), noLength)),
+            ROW(WQCSSStyle::setMarginTop, cssStyle->setMarginTop(half)),
+            ROW(WQCSSStyle::marginBottom, EXPECT_EQ(cssStyle->marginBottom(), noLength)),
+            ROW(WQCSSStyle::setMarginBottom, cssStyle->setMarginBottom(half)),
+            ROW(WQCSSStyle::paddingLeft, EXPECT_EQ(cssStyle->paddingLeft(), noLength)),
+            ROW(WQCSSStyle::setPaddingLeft, cssStyle->setPaddingLeft(half)),
+            ROW(WQCSSStyle::paddingRight, EXPECT_EQ(cssStyle->paddingRight(), noLength)),
+            ROW(WQCSSStyle::setPaddingRight, cssStyle->setPaddingRight(half)),
+            ROW(WQCSSStyle::paddingTop, EXPECT_EQ(cssStyle->paddingTop(), noLength)),
+            ROW(WQCSSStyle::setPaddingTop, cssStyle->setPaddingTop(half)),
+            ROW(WQCSSStyle::paddingBottom, EXPECT_EQ(cssStyle->paddingBottom(), noLength)),
+            ROW(WQCSSStyle::setPaddingBottom, cssStyle->setPaddingBottom(half)),
+            ROW(WQCSSStyle::height, EXPECT_EQ(cssStyle->height(), noLength)), ROW(WQCSSStyle::setHeight, cssStyle->setHeight(half)),
+            ROW(WQCSSStyle::width, EXPECT_EQ(cssStyle->width(), noLength)), ROW(WQCSSStyle::setWidth, cssStyle->setWidth(half)),
+            ROW(WQCSSStyle::maxHeight, EXPECT_EQ(cssStyle->maxHeight(), noLength)),
+            ROW(WQCSSStyle::setMaxHeight, cssStyle->setMaxHeight(half)),
+            ROW(WQCSSStyle::minHeight, EXPECT_EQ(cssStyle->minHeight(), noLength)),
+            ROW(WQCSSStyle::setMinHeight, cssStyle->setMinHeight(half)),
+            ROW(WQCSSStyle::maxWidth, EXPECT_EQ(cssStyle->maxWidth(), noLength)), ROW(WQCSSStyle::setMaxWidth, cssStyle->setMaxWidth(half)),
+            ROW(WQCSSStyle::minWidth, EXPECT_EQ(cssStyle->minWidth(), noLength)), ROW(WQCSSStyle::setMinWidth, cssStyle->setMinWidth(half)),
+            ROW(WQCSSStyle::textIndent, EXPECT_EQ(cssStyle->textIndent(), noLength)),
+            ROW(WQCSSStyle::setTextIndent, cssStyle->setTextIndent(half)),
+            ROW(WQCSSStyle::borderLeft, EXPECT_EQ(cssStyle->borderLeft(), _WQCSSBorder())),
+            ROW(WQCSSStyle::setBorderLeft, cssStyle->setBorderLeft({1, 1})),
+            ROW(WQCSSStyle::borderRight, EXPECT_EQ(cssStyle->borderRight(), _WQCSSBorder())),
+            ROW(WQCSSStyle::setBorderRight, cssStyle->setBorderRight({1, 1})),
+            ROW(WQCSSStyle::borderTop, EXPECT_EQ(cssStyle->borderTop(), _WQCSSBorder())),
+            ROW(WQCSSStyle::setBorderTop, cssStyle->setBorderTop({1, 1})),
+            ROW(WQCSSStyle::borderBottom, EXPECT_EQ(cssStyle->borderBottom(), _WQCSSBorder())),
+            ROW(WQCSSStyle::setBorderBottom, cssStyle->setBorderBottom({1, 1})),
+            ROW(WQCSSStyle::setColor, cssStyle->setColor(NSColor::textColor())),
+            ROW(WQCSSStyle::setDisplay, cssStyle->setDisplay(WQCSSDisplayNone)),
+            ROW(WQCSSStyle::setFontStyle, cssStyle->setFontStyle(WQCSSFontStyleItalic)),
+            ROW(WQCSSStyle::setFontWeight, cssStyle->setFontWeight(WQCSSFontWeightBold)),
+            ROW(WQCSSStyle::setFontFamily, cssStyle->setFontFamily(u"x")), ROW(WQCSSStyle::setFontSize, cssStyle->setFontSize(1)),
+            ROW(WQCSSStyle::setLineHeight, cssStyle->setLineHeight(2)),
+            ROW(WQCSSStyle::setTextAlign, cssStyle->setTextAlign(WQCSSTextAlignRight)),
+            ROW(WQCSSStyle::setTextDecoration, cssStyle->setTextDecoration(WQCSSTextDecorationUnderline)),
+            ROW(WQCSSStyle::setVerticalAlign, cssStyle->setVerticalAlign(WQCSSVerticalAlignBottom)),
+            ROW(WQCSSStyle::setPageBreakAfter, cssStyle->setPageBreakAfter(WQCSSPageBreakAfterAlways)),
+            ROW(WQCSSStyle::setPageBreakBefore, cssStyle->setPageBreakBefore(WQCSSPageBreakBeforeAlways)),
+            ROW(WQCSSStyle::setPosition, cssStyle->setPosition(1)),
+            ROW(WQCSSStyle::bestMatchForFont_traits_weight_size,
+                EXPECT_FALSE(cssStyle->bestMatchForFont_traits_weight_size(u"x", 0, 5, 12))),
+            ROW(WQCSSStyle::typeForLength, EXPECT_EQ(cssStyle->typeForLength(half), 0u); EXPECT_EQ(cssStyle->typeForLength(noLength), 0u)),
+            ROW(WQCSSStyle::setWidthForBlock_top_left_bottom_right_layer, const auto box = NSTextBlock::textBlock();
+                cssStyle->setWidthForBlock_top_left_bottom_right_layer(box, half, half, half, half, 1);
+                EXPECT_EQ(box->widthForLayer_edge(1, 0), 0)),
+            ROW(WQCSSStyle::setBorderForBlock_top_left_bottom_right, const auto box = NSTextBlock::textBlock();
+                cssStyle->setBorderForBlock_top_left_bottom_right(box, {1, 0}, {1, 0}, {1, 0}, {1, 0});
+                EXPECT_EQ(box->widthForLayer_edge(0, 0), 0)),
+            ROW(WQCSSStyle::applyToTextBlock, const auto box = NSTextBlock::textBlock(); box->setWidth_type_forLayer_edge(7, 0, 0, 0);
+                cssStyle->applyToTextBlock(box); EXPECT_EQ(box->widthForLayer_edge(0, 0), 7)),
+            ROW(WQCSSStyleDeclaration::initWithCSSStyleDeclaration,
+                EXPECT_FALSE(declaration->initWithCSSStyleDeclaration(someDeclaration()->cssStyleDeclaration()))),
+            ROW(WQCSSStyleDeclaration::cssStyleDeclaration, EXPECT_EQ(declaration->cssStyleDeclaration(), nullptr)),
+            ROW(WQCSSStyleDeclaration::cssText, EXPECT_EQ(declaration->cssText(), none)),
+            ROW(WQCSSStyleDeclaration::propertyValue, EXPECT_EQ(declaration->propertyValue(u"color"), none)),
+            ROW(WQCSSStyleDeclaration::propertyCSSValue, EXPECT_FALSE(declaration->propertyCSSValue(u"color"))),
+            ROW(WQCSSStyleDeclaration::propertyPriority, EXPECT_EQ(declaration->propertyPriority(u"color"), none)),
+            ROW(WQCSSStyleDeclaration::length, EXPECT_EQ(declaration->length(), 0u)),
+            ROW(WQCSSStyleDeclaration::item, EXPECT_EQ(declaration->item(0), none)),
+            ROW(WQCSSStyleDeclaration::removeDuplicatePropertiesFromStyle, const auto other = someDeclaration();
+                declaration->removeDuplicatePropertiesFromStyle(other); EXPECT_EQ(other->length(), 1u)),
+            ROW(WQCSSMutableStyleDeclaration::init, EXPECT_FALSE(mutableDeclaration->init())),
+            ROW(WQCSSMutableStyleDeclaration::mutableDeclaration, EXPECT_EQ(mutableDeclaration->mutableDeclaration(), nullptr)),
+            ROW(WQCSSMutableStyleDeclaration::setCssText, mutableDeclaration->setCssText(u"color: red")),
+            ROW(WQCSSMutableStyleDeclaration::setProperty_value, mutableDeclaration->setProperty_value(u"color", u"red")),
+            ROW(WQCSSMutableStyleDeclaration::setProperty_value_priority,
+                mutableDeclaration->setProperty_value_priority(u"color", u"red", u"")),
+            ROW(WQCSSMutableStyleDeclaration::setProperty_cssValue,
+                mutableDeclaration->setProperty_cssValue(u"color", WQCSSPrimitiveValue::newPrimitiveValue())),
+            ROW(WQCSSMutableStyleDeclaration::removeProperty, EXPECT_EQ(mutableDeclaration->removeProperty(u"color"), none)),
+            ROW(WQCSSComputedStyleDeclaration::initWithStyle, EXPECT_FALSE(computedDeclaration->initWithStyle(someStyle()))),
+            ROW(WQCSSStyleResolver::init, EXPECT_FALSE(resolver->init())),
+            ROW(WQCSSStyleResolver::initWithCSSStyleResolver,
+                EXPECT_FALSE(resolver->initWithCSSStyleResolver(SharedPtr<CSS::StyleResolver>(new CSS::StyleResolver).Get()))),
+            ROW(WQCSSStyleResolver::cssStyleResolver, EXPECT_EQ(resolver->cssStyleResolver(), nullptr)),
+            ROW(WQCSSStyleResolver::defaultStyle, EXPECT_FALSE(resolver->defaultStyle())),
+            ROW(WQCSSStyleResolver::resolveStyle_parentStyle, EXPECT_FALSE(resolver->resolveStyle_parentStyle(someElement(), someStyle()))),
+            ROW(WQCSSStyleResolver::processRulesFromStyleSheet,
+                resolver->processRulesFromStyleSheet(WQCSSStyleSheet::styleSheetWithString(u"a { }"))),
+            ROW(WQCSSStyleSheet::initWithContentsOfURL_error,
+                EXPECT_FALSE(sheet->initWithContentsOfURL_error(NSURL::URLWithString(u"file:///nowhere/x"), &noError));
+                EXPECT_FALSE(noError)),
+            ROW(WQCSSStyleSheet::initWithString, EXPECT_FALSE(sheet->initWithString(u"a { }"))),
+            ROW(WQCSSStyleSheet::initWithCSSStyleSheet,
+                EXPECT_FALSE(sheet->initWithCSSStyleSheet(SharedPtr<CSS::Stylesheet>(new CSS::Stylesheet).Get()))),
+            ROW(WQCSSStyleSheet::cssStyleSheet, EXPECT_EQ(sheet->cssStyleSheet(), nullptr)),
+            ROW(WQCSSStyleSheet::setCSSStyleSheet, sheet->setCSSStyleSheet(SharedPtr<CSS::Stylesheet>(new CSS::Stylesheet).Get())),
+            ROW(WQCSSValue::initWithCSSValue,
+                EXPECT_FALSE(cssValue->initWithCSSValue(SharedPtr<CSS::Value>(new CSS::PrimitiveValue).Get()))),
+            ROW(WQCSSValue::cssValue, EXPECT_EQ(cssValue->cssValue(), nullptr)),
+            ROW(WQCSSValue::cssText, EXPECT_EQ(cssValue->cssText(), none)), ROW(WQCSSValue::setCssText, cssValue->setCssText(u"x")),
+            ROW(WQCSSValue::cssValueType, EXPECT_EQ(cssValue->cssValueType(), 0)),
+            ROW(WQCSSPrimitiveValue::init, EXPECT_FALSE(primitiveValue->init())),
+            ROW(WQCSSPrimitiveValue::primitiveType, EXPECT_EQ(primitiveValue->primitiveType(), 0)),
+            ROW(WQCSSPrimitiveValue::floatValue, EXPECT_EQ(primitiveValue->floatValue(1), 0)),
+            ROW(WQCSSPrimitiveValue::setFloatValue_unitType, primitiveValue->setFloatValue_unitType(1, 1)),
+            ROW(WQCSSPrimitiveValue::stringValue, EXPECT_EQ(primitiveValue->stringValue(), none)),
+            ROW(WQCSSPrimitiveValue::setStringValue_unitType, primitiveValue->setStringValue_unitType(u"x", 19)),
+            ROW(WQCSSValueList::init, EXPECT_FALSE(valueList->init())), ROW(WQCSSValueList::length, EXPECT_EQ(valueList->length(), 0u)),
+            ROW(WQCSSValueList::item, EXPECT_FALSE(valueList->item(0))),
     };
     return all;
 }
@@ -464,12 +612,21 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<WQXMLWriter>(),
         fieldsOfNull<WQXMLWriterElement>(),
         fieldsOfNull<WQXMLReader>(),
-        fieldsOfNull<WQXMLRange>()};
+        fieldsOfNull<WQXMLRange>(),
+        fieldsOfNull<WQCSSStyle>(),
+        fieldsOfNull<WQCSSStyleDeclaration>(),
+        fieldsOfNull<WQCSSMutableStyleDeclaration>(),
+        fieldsOfNull<WQCSSComputedStyleDeclaration>(),
+        fieldsOfNull<WQCSSStyleResolver>(),
+        fieldsOfNull<WQCSSStyleSheet>(),
+        fieldsOfNull<WQCSSValue>(),
+        fieldsOfNull<WQCSSPrimitiveValue>(),
+        fieldsOfNull<WQCSSValueList>()};
 }
 
 TEST(NullTest, EveryPublicOperationHasARow) {
     std::set<std::string> operations;
-    for (const char* folder : {"dom", "platform"})
+    for (const char* folder : {"dom", "platform", "mac/Frameworks/WQCSS"})
         for (const auto& file : std::filesystem::directory_iterator(sourceFolder() / folder))
             if (file.path().extension() == ".h") operations.merge(publicOperations(file.path()));
     std::erase_if(operations, [](auto& operation) { return !isOfTheObjectLayer(operation); });
@@ -491,6 +648,23 @@ TEST(NullTest, AnswersNullToEveryOperationAndKeepsEveryField) {
     }
     wq::setLogSink(previous);
     EXPECT_THAT(logged, testing::IsEmpty());
+}
+
+TEST(NullTest, AFacadeAroundNothingAnswersAsNullDoes) {
+    const Put theStyle(cssStyle, WQCSSStyle::newWithCSSStyle(nullptr));
+    const Put theDeclaration(declaration, WQCSSStyleDeclaration::newWithCSSStyleDeclaration(nullptr));
+    const Put theMutable(mutableDeclaration, WQCSSStyleDeclaration::newWithCSSStyleDeclaration<WQCSSMutableStyleDeclaration>(nullptr));
+    const Put theResolver(resolver, WQCSSStyleResolver::newWithCSSStyleResolver(nullptr));
+    const Put theSheet(sheet, WQCSSStyleSheet::newWithCSSStyleSheet(nullptr));
+    const Put theValue(cssValue, WQCSSValue::newWithCSSValue(nullptr));
+    const Put thePrimitive(primitiveValue, WQCSSValue::newWithCSSValue<WQCSSPrimitiveValue>(nullptr));
+    const Put theList(valueList, WQCSSValue::newWithCSSValue<WQCSSValueList>(nullptr));
+    for (const auto& [operation, row] : rows()) {
+        if (!operation.starts_with("WQCSS")) continue;
+        if (operation.find("::init") != std::string::npos || operation.ends_with("::description")) continue;
+        SCOPED_TRACE(operation);
+        EXPECT_EQ(raised(row), "");
+    }
 }
 
 TEST(NullTest, ChainsSurviveWhateverIsMissingOnTheWay) {

@@ -88,7 +88,7 @@ TEST(ManuscriptTourTest, AStyleAttributeCountsAndABadValueInItCostsAWarning) {
 TEST(ManuscriptTourTest, AMissingSheetEndsWithOneLine) {
     const Result result = tour(sample() + " /nonexistent.css");
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.output, HasSubstr("/nonexistent.css: no style sheet there\n"));
+    EXPECT_THAT(result.output, HasSubstr("file:///nonexistent.css: No such file or directory\n"));
 }
 
 #ifdef WQ_NO_HARD_ASSERTIONS

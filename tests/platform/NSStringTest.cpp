@@ -2,6 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/NSError.h"
+#include "platform/NSURL.h"
 #include "platform/WQXMLException.h"
 
 namespace {
@@ -227,4 +235,119 @@ TEST(ToUTF8, ReplacesEachLoneSurrogate) {
         wq::toUTF8(between),
         "a\xEF\xBF\xBD"
         "b");
+}
+
+// ---- Lower case
+
+TEST(NSString, LowersTheCaseOfEachCharacter) {
+    const std::pair<NSString, NSString> rows[] = {
+        {u"", u""},
+        {u"TeX Gyre 12!", u"tex gyre 12!"},
+        {u"already", u"already"},
+        {u"\u00C4\u00D6\u00DC\u00DF", u"\u00E4\u00F6\u00FC\u00DF"},
+        {u"\u1E9E", u"\u00DF"},                 // a capital sharp s
+        {u"\u0416\u0424", u"\u0436\u0444"},     // Cyrillic
+        {u"I\u0130\u0131", u"ii\u0307\u0131"},  // the dot of the capital stays, as a character of its own
+        {u"\u039F\u0394\u039F\u03A3 \u03A3\u0391", u"\u03BF\u03B4\u03BF\u03C2 \u03C3\u03B1"},  // a sigma at the end of a word
+        {u"\U00010400\U0001D11E", u"\U00010428\U0001D11E"},
+        {u"A\0B"_ns, u"a\0b"_ns},
+    };
+    for (const auto& [text, lower] : rows) EXPECT_EQ(text.lowercaseString(), lower);
+}
+
+TEST(NSString, LoweringTheCaseKeepsLoneSurrogates) {
+    const char16_t lone[] = {u'A', 0xD834, u'B', 0xDD1E, u'C', 0}, lower[] = {u'a', 0xD834, u'b', 0xDD1E, u'c', 0};
+    EXPECT_EQ(NSString(lone).lowercaseString(), lower);
+}
+
+TEST(NSString, NullInLowerCaseIsNull) { EXPECT_EQ(NSString().lowercaseString(), nullptr); }
+
+TEST(NSString, LoweringTheCaseKnowsNoLanguage) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const bool isTurkish = std::setlocale(LC_ALL, "tr_TR.utf8");
+    const NSString lower = u"TITLE"_ns.lowercaseString();
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(lower, u"title");
+    if (!isTurkish) GTEST_SKIP() << "this system has no Turkish locale";
+}
+
+TEST(NSString, LoweringTheCaseOfAMillionUnits) {
+    EXPECT_EQ(NSString(std::u16string(1000000, u'A')).lowercaseString(), std::u16string(1000000, u'a'));
+    EXPECT_EQ(NSString(std::u16string(100000, u'\u0130')).lowercaseString().length(), 200000u);  // grows
+}
+
+// ---- The text of a resource
+
+namespace {
+
+class NSStringFileTest : public testing::Test {
+protected:
+    NSStringFileTest() {
+        std::string pattern = testing::TempDir() + "wq-XXXXXX";
+        folder = mkdtemp(pattern.data());
+    }
+    ~NSStringFileTest() override { std::filesystem::remove_all(folder); }
+
+    NSString textOf(std::string_view bytes) {
+        std::ofstream(folder / "a", std::ios::binary) << bytes;
+        return read("a");
+    }
+    NSString read(const char* name) {
+        error = nullptr;
+        const NSString text = NSString::stringWithContentsOfURL_encoding_error(
+            NSURL::fileURLWithPath(wq::fromUTF8((folder / name).string())), NSUTF8StringEncoding, &error);
+        EXPECT_EQ(static_cast<bool>(text), error == nullptr);
+        return text;
+    }
+    void expectRefused(std::string_view bytes) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        EXPECT_EQ(textOf(bytes), nullptr);
+        EXPECT_EQ(error->domain(), NSCocoaErrorDomain);
+        EXPECT_EQ(error->code(), NSFileReadInapplicableStringEncodingError);
+        EXPECT_EQ(error->code(), 261);
+        EXPECT_NE(error->localizedDescription(), nullptr);
+    }
+
+    std::filesystem::path folder;
+    Ref<NSError> error;
+};
+
+}  // namespace
+
+TEST_F(NSStringFileTest, ReadsUTF8) {
+    EXPECT_EQ(textOf("a\r\n\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E"), u"a\r\n\u00E4\u20AC\U0001D11E");
+    EXPECT_EQ(textOf("a\0b"sv), u"a\0b"_ns);
+    EXPECT_EQ(textOf("\xF4\x8F\xBF\xBF\xEF\xBF\xBF\xED\x9F\xBF"), u"\U0010FFFF\uFFFF\uD7FF");
+    EXPECT_EQ(textOf("\xEF\xBF\xBD"), u"\uFFFD");
+}
+
+TEST_F(NSStringFileTest, AnEmptyResourceIsTheEmptyText) { EXPECT_EQ(textOf(""), u""); }
+
+TEST_F(NSStringFileTest, AByteOrderMarkIsACharacter) { EXPECT_EQ(textOf("\xEF\xBB\xBF\x61"), u"\uFEFFa"); }
+
+TEST_F(NSStringFileTest, BytesThatAreNotUTF8AreAnError) {
+    for (const auto bytes :
+         {"\xFF"sv, "a\xE4z"sv, "\xC3"sv, "\x80"sv, "\xC0\x80"sv, "\xED\xA0\x80"sv, "\xF4\x90\x80\x80"sv, "\xE2\x82"sv, "\xFF\xFE\x61\0"sv})
+        expectRefused(bytes);
+}
+
+TEST_F(NSStringFileTest, WhatCannotBeReadIsAnError) {
+    EXPECT_EQ(read("missing"), nullptr);
+    EXPECT_EQ(error->domain(), NSPOSIXErrorDomain);
+    EXPECT_EQ(error->code(), ENOENT);
+    EXPECT_EQ(read("."), nullptr);
+    EXPECT_EQ(error->code(), EISDIR);
+}
+
+TEST_F(NSStringFileTest, NobodyNeedsToAskForTheError) {
+    const auto url = NSURL::fileURLWithPath(wq::fromUTF8((folder / "missing").string()));
+    EXPECT_EQ(NSString::stringWithContentsOfURL_encoding_error(url, NSUTF8StringEncoding, nullptr), nullptr);
+    std::ofstream(folder / "missing") << "\xFF";
+    EXPECT_EQ(NSString::stringWithContentsOfURL_encoding_error(url, NSUTF8StringEncoding, nullptr), nullptr);
+}
+
+TEST_F(NSStringFileTest, ANullURLIsAnError) {
+    EXPECT_EQ(NSString::stringWithContentsOfURL_encoding_error(nullptr, NSUTF8StringEncoding, &error), nullptr);
+    EXPECT_TRUE(error);
+    EXPECT_EQ(NSString::stringWithContentsOfURL_encoding_error(nullptr, NSUTF8StringEncoding, nullptr), nullptr);
 }

@@ -127,6 +127,14 @@ TEST(StyleImpl, WithAnUnknownFamilyHasTwoAttributes) {
     EXPECT_TRUE(color(style));
 }
 
+#ifdef WQ_NO_HARD_ASSERTIONS
+TEST(StyleImpl, AStyleThatWasGivenNoFontHasTwoAttributes) {
+    const SharedPtr<StyleImpl> style(new StyleImpl);
+    EXPECT_EQ(style->GetAttributes()->count(), 2u);
+    EXPECT_EQ(paragraphStyle(style)->minimumLineHeight(), 0.0);
+}
+#endif
+
 TEST(StyleImpl, TheFontIsTheFaceOfTheStyle) {
     const auto style = styleWith([](StyleImpl& each) {
         each.SetFontFamily("tex gyre termes");
