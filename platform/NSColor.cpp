@@ -60,3 +60,8 @@ void NSColor::getRed_green_blue_alpha(double* red, double* green, double* blue, 
     if (blue) *blue = own.blue;
     if (alpha) *alpha = own.alpha;
 }
+
+bool NSColor::isEqual(const Ref<wq::Object>& other) const {
+    const auto color = wq::cast<NSColor>(other);
+    return color && my == color->my;
+}

@@ -39,7 +39,7 @@ public:
     NSColorSpace colorSpace() const { return components().space; }
 
     // The same space and the same components. The dynamic colour equals itself alone, null nothing.
-    bool isEqual(const Ref<NSColor>& other) const { return other && my == other->my; }
+    bool isEqual(const Ref<wq::Object>& other) const override;
 
 private:
     struct Components {

@@ -15,6 +15,9 @@ public:
 
     static Ref<NSDictionary> dictionary(std::initializer_list<std::pair<const NSString, NSValue>> entries = {});
 
+    // Another dictionary of the same entries, whose values are shared. Null: null.
+    Ref<NSDictionary> mutableCopy() const;
+
     // Null for an absent key, and for the null key.
     NSValue objectForKey(const NSString& key) const;
     // True also for a key that holds null, false or 0.
@@ -25,6 +28,9 @@ public:
     // Null: nothing.
     void setObject_forKey(const NSValue& value, const NSString& key);
     void removeObjectForKey(const NSString& key);
+
+    // The same keys, and values that are equal as NSValue::isEqual says. Null equals nothing.
+    bool isEqual(const Ref<wq::Object>& other) const override;
 
     Entries::const_iterator begin() const { return entries.begin(); }
     Entries::const_iterator end() const { return entries.end(); }

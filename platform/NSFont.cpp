@@ -16,6 +16,13 @@ Ref<NSFont> NSFont::fontWithFace_size(const wq::Face& face, double size) {
     return made;
 }
 
+bool NSFont::isEqual(const Ref<wq::Object>& other) const {
+    const auto font = wq::cast<NSFont>(other);
+    return font && familyName() == font->familyName() && pointSize() == font->pointSize() &&
+           fontDescriptor()->symbolicTraits() == font->fontDescriptor()->symbolicTraits() && path() == font->path() &&
+           faceIndex() == font->faceIndex();
+}
+
 NSString NSFont::description() const {
     if (isNil()) return nullptr;
     const uint32_t traits = my.descriptor->symbolicTraits();

@@ -23,6 +23,9 @@ public:
     // Which face of that file, as FreeType counts them.
     int faceIndex() const { return my.faceIndex; }
 
+    // The same face at the same size. Null equals nothing.
+    bool isEqual(const Ref<wq::Object>& other) const override;
+
     NSString description() const override;  // "TeX Gyre Pagella 10.5 bold italic"
 
 private:

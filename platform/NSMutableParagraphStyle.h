@@ -21,6 +21,7 @@ public:
     virtual void setAlignment(long alignment) { my.alignment = alignment; }
     virtual void setTabStops(std::vector<double> positions) { my.tabStops = std::move(positions); }
     virtual void setTextBlocks(std::vector<Ref<NSTextBlock>> blocks) { my.textBlocks = std::move(blocks); }
+    virtual void setTextLists(std::vector<Ref<NSTextList>> lists) { my.textLists = std::move(lists); }
 
     template <class T> using Nil = NilMutableParagraphStyle<T>;
 
@@ -42,4 +43,5 @@ public:
     void setAlignment(long) override {}
     void setTabStops(std::vector<double>) override {}
     void setTextBlocks(std::vector<Ref<NSTextBlock>>) override {}
+    void setTextLists(std::vector<Ref<NSTextList>>) override {}
 };

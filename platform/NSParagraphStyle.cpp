@@ -15,3 +15,8 @@ Ref<NSParagraphStyle> NSParagraphStyle::defaultParagraphStyle() {
 Ref<NSMutableParagraphStyle> NSParagraphStyle::mutableCopy() const {
     return isNil() ? nullptr : NSMutableParagraphStyle::paragraphStyleWithFields(my);
 }
+
+bool NSParagraphStyle::isEqual(const Ref<wq::Object>& other) const {
+    const auto style = wq::cast<NSParagraphStyle>(other);
+    return !isNil() && style && my == style->my;
+}

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/NSTextBlock.h"
+#include "platform/NSTextList.h"
 
 class NSMutableParagraphStyle;
 
@@ -21,7 +22,7 @@ public:
     // stops, 28 points apart from 28 on.
     static Ref<NSParagraphStyle> defaultParagraphStyle();
 
-    // The same style, to be changed; text blocks are shared with it. Null: null.
+    // The same style, to be changed; text blocks and text lists are shared with it. Null: null.
     Ref<NSMutableParagraphStyle> mutableCopy() const;
 
     double paragraphSpacingBefore() const { return my.paragraphSpacingBefore; }
@@ -35,10 +36,11 @@ public:
     long alignment() const { return my.alignment; }
     const std::vector<double>& tabStops() const { return my.tabStops; }                // from the leading margin
     const std::vector<Ref<NSTextBlock>>& textBlocks() const { return my.textBlocks; }  // outermost first
+    const std::vector<Ref<NSTextList>>& textLists() const { return my.textLists; }     // outermost first
 
-    // Equal in every value; text blocks by identity. Whether a style can change makes no difference.
-    // Null equals nothing.
-    bool isEqual(const Ref<NSParagraphStyle>& other) const { return !isNil() && other && my == other->my; }
+    // Equal in every value; text blocks and text lists by identity. Whether a style can change makes no
+    // difference. Null equals nothing.
+    bool isEqual(const Ref<wq::Object>& other) const override;
 
 protected:
     struct Fields {
@@ -53,6 +55,7 @@ protected:
         long alignment = NSTextAlignmentLeft;
         std::vector<double> tabStops;
         std::vector<Ref<NSTextBlock>> textBlocks;
+        std::vector<Ref<NSTextList>> textLists;
         bool operator==(const Fields&) const = default;
     } my;
 };

@@ -19,6 +19,12 @@ int32_t lengthForICU(size_t length) {
     if (length > INT32_MAX / 3) throw WQXMLException(u"NSInvalidArgumentException", u"String too long to be converted");
     return static_cast<int32_t>(length);
 }
+
+bool endsParagraph(char16_t unit) { return unit == u'\n' || unit == u'\r' || unit == u'\u2029'; }
+
+void set(uint64_t* target, uint64_t value) {
+    if (target) *target = value;
+}
 }  // namespace
 
 void NSString::checkRange(NSRange range) const {
@@ -39,6 +45,31 @@ NSString NSString::stringByReplacingCharactersInRange_withString(NSRange range, 
     checkRange(range);
     std::u16string result = text;
     return result.replace(range.location, range.length, string);
+}
+
+// Not between CR and LF.
+bool NSString::startsParagraph(uint64_t index) const {
+    if (index == 0) return true;
+    return endsParagraph(text[index - 1]) && !(text[index - 1] == u'\r' && index < text.size() && text[index] == u'\n');
+}
+
+void NSString::getParagraphStart_end_contentsEnd_forRange(uint64_t* start, uint64_t* end, uint64_t* contentsEnd, NSRange range) const {
+    if (!present) range = {};
+    checkRange(range);
+    uint64_t first = range.location;
+    while (!startsParagraph(first)) --first;
+
+    // The last paragraph is that of the last unit, which an empty range takes from what follows it.
+    uint64_t last = range.location + range.length;
+    if (range.length == 0 && last < text.size()) ++last;
+    while (last < text.size() && !startsParagraph(last)) ++last;
+
+    uint64_t contents = last;
+    if (contents > first && endsParagraph(text[contents - 1])) --contents;
+    if (contents > first && text[contents] == u'\n' && text[contents - 1] == u'\r') --contents;
+    set(start, first);
+    set(end, last);
+    set(contentsEnd, contents);
 }
 
 NSString NSString::stringWithContentsOfURL_encoding_error(const Ref<NSURL>& url, NSStringEncoding, Ref<NSError>* error) {

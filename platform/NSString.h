@@ -44,6 +44,16 @@ public:
     NSString substringWithRange(NSRange range) const;
     NSString stringByReplacingCharactersInRange_withString(NSRange range, std::u16string_view string) const;
 
+    // Raises "NSRangeException" for a range that reaches past the end. The length of null is 0.
+    void checkRange(NSRange range) const;
+
+    // The paragraphs that a range touches: where the first starts, where the last ends, and where the
+    // terminator of the last begins; contentsEnd is end where there is none. A paragraph ends at LF,
+    // CR, CRLF or U+2029 and nowhere else; behind a terminator at the end of the text stands an empty
+    // one. Null pointers are passed over. Raises "NSRangeException" for a range that reaches past the
+    // end. Null answers zeros for any range.
+    void getParagraphStart_end_contentsEnd_forRange(uint64_t* start, uint64_t* end, uint64_t* contentsEnd, NSRange range) const;
+
     // By Unicode's rules without those of a language, so that U+0130 becomes two characters. Null answers null.
     NSString lowercaseString() const;
 
@@ -62,7 +72,7 @@ public:
     }
 
 private:
-    void checkRange(NSRange range) const;
+    bool startsParagraph(uint64_t index) const;
     std::u16string text;
     bool present = false;
 };

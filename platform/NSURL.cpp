@@ -64,4 +64,9 @@ Ref<NSURL> NSURL::fileURLWithPath(const NSString& path) {
 
 bool NSURL::isFileURL() const { return my.scheme && u_strcasecmp(my.scheme.view().data(), u"file", U_FOLD_CASE_DEFAULT) == 0; }
 
+bool NSURL::isEqual(const Ref<wq::Object>& other) const {
+    const auto url = wq::cast<NSURL>(other);
+    return url && my.absoluteString == url->my.absoluteString;
+}
+
 NSString NSURL::description() const { return my.absoluteString; }

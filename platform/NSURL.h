@@ -24,6 +24,9 @@ public:
     const NSString& path() const { return my.path; }
     bool isFileURL() const;  // the scheme is "file" in any case
 
+    // The same text, byte for byte. Null equals nothing.
+    bool isEqual(const Ref<wq::Object>& other) const override;
+
     NSString description() const override;  // the absolute text
 
 private:

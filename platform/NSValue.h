@@ -35,6 +35,11 @@ public:
     const wq::Class* classValue() const { return get<const wq::Class*>(); }
 
     bool operator==(const NSValue&) const = default;  // objects by identity
+    // As ==, but objects as their classes compare them.
+    bool isEqual(const NSValue& other) const {
+        const auto object = get<Ref<wq::Object>>();
+        return object ? object->isEqual(other.get<Ref<wq::Object>>()) : *this == other;
+    }
 
 private:
     template <class T> T get() const {

@@ -45,4 +45,6 @@ NSString Object::description() const {
     return fromUTF8(fmt::format("<{}: {}>", demangled(typeid(*this)), fmt::ptr(this)));
 }
 
+bool Object::isEqual(const Ref<Object>& other) const { return other == this; }
+
 }  // namespace wq

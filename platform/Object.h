@@ -62,6 +62,10 @@ public:
     // "<ClassName: 0x...>". Null: null, which prints as "(null)".
     virtual NSString description() const;
 
+    // Whether both stand for the same value. An object is the same as itself alone, unless its class
+    // says otherwise. Null equals nothing.
+    virtual bool isEqual(const Ref<Object>& other) const;
+
     // The class of the null object. A class whose null object needs no override says nothing; one
     // that needs some has `template <class T> using Nil = NilThing<T>;`, inherited by subclasses.
     template <class T> using Nil = T;

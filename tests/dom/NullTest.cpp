@@ -18,6 +18,7 @@
 #include "platform/NSColor.h"
 #include "platform/NSDraggingInfo.h"
 #include "platform/NSFontManager.h"
+#include "platform/NSMutableAttributedString.h"
 #include "platform/NSMutableParagraphStyle.h"
 #include "tests/dom/Support.h"
 #include "tests/tree/Headers.h"
@@ -55,6 +56,9 @@ const Ref<NSColor> color;
 const Ref<NSTextBlock> block;
 const Ref<NSParagraphStyle> style;
 const Ref<NSMutableParagraphStyle> mutableStyle;
+const Ref<NSTextList> list;
+const Ref<NSAttributedString> attributed;
+const Ref<NSMutableAttributedString> mutableAttributed;
 const Ref<WQXMLWriter> writer;
 const Ref<WQXMLWriterElement> open;
 const Ref<WQXMLReader> reader;
@@ -301,6 +305,39 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(NSMutableParagraphStyle::setAlignment, mutableStyle->setAlignment(1)),
             ROW(NSMutableParagraphStyle::setTabStops, mutableStyle->setTabStops({1})),
             ROW(NSMutableParagraphStyle::setTextBlocks, mutableStyle->setTextBlocks({NSTextBlock::textBlock()})),
+            ROW(NSDictionary::mutableCopy, EXPECT_FALSE(dictionary->mutableCopy())),
+            ROW(NSDictionary::isEqual, EXPECT_FALSE(dictionary->isEqual(dictionary))), ROW(NSURL::isEqual, EXPECT_FALSE(url->isEqual(url))),
+            ROW(NSFont::isEqual, EXPECT_FALSE(font->isEqual(font))),
+            ROW(NSParagraphStyle::textLists, EXPECT_TRUE(style->textLists().empty())),
+            ROW(NSMutableParagraphStyle::setTextLists, mutableStyle->setTextLists({NSTextList::textListWithMarkerFormat(u"-")})),
+            ROW(NSTextList::markerFormat, EXPECT_EQ(list->markerFormat(), none)),
+            ROW(NSTextList::markerForItemNumber, EXPECT_EQ(list->markerForItemNumber(1), none)),
+            ROW(NSTextList::initWithMarkerFormat, EXPECT_FALSE(list->initWithMarkerFormat(u"-"))),
+            ROW(NSAttributedString::string, EXPECT_EQ(attributed->string(), none)),
+            ROW(NSAttributedString::length, EXPECT_EQ(attributed->length(), 0u)),
+            ROW(NSAttributedString::attributesAtIndex_effectiveRange, NSRange run{1, 1};
+                EXPECT_FALSE(attributed->attributesAtIndex_effectiveRange(1, &run)); EXPECT_EQ(run, NSRange())),
+            ROW(NSAttributedString::attributesAtIndex_longestEffectiveRange_inRange, NSRange run{1, 1};
+                EXPECT_FALSE(attributed->attributesAtIndex_longestEffectiveRange_inRange(1, &run, NSRange())); EXPECT_EQ(run, NSRange())),
+            ROW(NSAttributedString::attribute_atIndex_effectiveRange, NSRange run{1, 1};
+                EXPECT_FALSE(attributed->attribute_atIndex_effectiveRange(u"k", 1, &run)); EXPECT_EQ(run, NSRange())),
+            ROW(NSAttributedString::attribute_atIndex_longestEffectiveRange_inRange, NSRange run{1, 1};
+                EXPECT_FALSE(attributed->attribute_atIndex_longestEffectiveRange_inRange(u"k", 1, &run, NSRange()));
+                EXPECT_EQ(run, NSRange())),
+            ROW(NSAttributedString::rangeOfTextList_atIndex, EXPECT_EQ(attributed->rangeOfTextList_atIndex(list, 1), NSRange())),
+            ROW(NSAttributedString::itemNumberInTextList_atIndex, EXPECT_EQ(attributed->itemNumberInTextList_atIndex(list, 1), 0)),
+            ROW(NSAttributedString::attributedSubstringFromRange, EXPECT_FALSE(attributed->attributedSubstringFromRange({1, 1}))),
+            ROW(NSAttributedString::isEqual, EXPECT_FALSE(attributed->isEqual(attributed))),
+            ROW(NSAttributedString::initWithString, EXPECT_FALSE(attributed->initWithString(u"x"))),
+            ROW(NSAttributedString::initWithString_attributes, EXPECT_FALSE(attributed->initWithString_attributes(u"x", nullptr))),
+            ROW(NSMutableAttributedString::appendAttributedString,
+                mutableAttributed->appendAttributedString(NSAttributedString::newWithString(u"x"))),
+            ROW(NSMutableAttributedString::replaceCharactersInRange_withString,
+                mutableAttributed->replaceCharactersInRange_withString({1, 1}, u"x")),
+            ROW(NSMutableAttributedString::deleteCharactersInRange, mutableAttributed->deleteCharactersInRange({1, 1})),
+            ROW(NSMutableAttributedString::setAttributes_range, mutableAttributed->setAttributes_range(nullptr, {1, 1})),
+            ROW(NSMutableAttributedString::addAttribute_value_range, mutableAttributed->addAttribute_value_range(u"k", true, {1, 1})),
+            ROW(NSMutableAttributedString::removeAttribute_range, mutableAttributed->removeAttribute_range(u"k", {1, 1})),
             ROW(WQXMLRange::copyWithZone, EXPECT_FALSE(range->copyWithZone())),
             ROW(WQXMLRange::copyRange, EXPECT_FALSE(range->copyRange())),
             ROW(WQXMLRange::startContainer, EXPECT_FALSE(range->startContainer())),
@@ -609,6 +646,9 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<NSTextBlock>(),
         fieldsOfNull<NSParagraphStyle>(),
         fieldsOfNull<NSMutableParagraphStyle>(),
+        fieldsOfNull<NSTextList>(),
+        fieldsOfNull<NSAttributedString>(),
+        fieldsOfNull<NSMutableAttributedString>(),
         fieldsOfNull<WQXMLWriter>(),
         fieldsOfNull<WQXMLWriterElement>(),
         fieldsOfNull<WQXMLReader>(),

@@ -103,3 +103,33 @@ TEST(NSDictionary, KeepsItsKeysInOrder) {
     for (const auto& [key, value] : *dictionary.get()) keys.push_back(key);
     EXPECT_EQ(keys, (std::vector<NSString>{u"", u"B", u"a", u"b"}));
 }
+
+TEST(NSDictionary, ACopyGoesItsOwnWayAndSharesValues) {
+    const auto inner = NSDictionary::dictionary();
+    const auto original = NSDictionary::dictionary({{u"inner", inner}, {u"null", nullptr}});
+    const auto copy = original->mutableCopy();
+    copy->setObject_forKey(1.0, u"more");
+    EXPECT_EQ(copy->count(), 3u);
+    EXPECT_EQ(original->count(), 2u);
+    EXPECT_EQ(copy->objectForKey(u"inner").object(), inner);
+    EXPECT_FALSE(Ref<NSDictionary>()->mutableCopy());
+}
+
+TEST(NSDictionary, EqualsOneOfEqualEntries) {
+    const auto inner = [](double value) { return NSDictionary::dictionary({{u"x", value}}); };
+    const auto one = NSDictionary::dictionary({{u"a", inner(1)}, {u"b", u"2"}});
+    EXPECT_TRUE(one->isEqual(one));
+    EXPECT_TRUE(one->isEqual(NSDictionary::dictionary({{u"b", u"2"}, {u"a", inner(1)}})));
+    EXPECT_TRUE(NSDictionary::dictionary()->isEqual(NSDictionary::dictionary()));
+    EXPECT_FALSE(one->isEqual(NSDictionary::dictionary({{u"a", inner(2)}, {u"b", u"2"}})));
+    EXPECT_FALSE(one->isEqual(NSDictionary::dictionary({{u"a", inner(1)}, {u"c", u"2"}})));
+    EXPECT_FALSE(one->isEqual(NSDictionary::dictionary({{u"a", inner(1)}})));
+    EXPECT_FALSE(NSDictionary::dictionary({{u"a", inner(1)}})->isEqual(one));
+}
+
+TEST(NSDictionary, NullEqualsNothing) {
+    const Ref<NSDictionary> null;
+    EXPECT_FALSE(null->isEqual(null));
+    EXPECT_FALSE(null->isEqual(NSDictionary::dictionary()));
+    EXPECT_FALSE(NSDictionary::dictionary()->isEqual(null));
+}

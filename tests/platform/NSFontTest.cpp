@@ -75,3 +75,19 @@ TEST(NSFont, NullAnswersNothing) {
     EXPECT_EQ(null->faceIndex(), 0);
     EXPECT_EQ(null->description(), nullptr);
 }
+
+TEST(NSFont, EqualsOneOfTheSameFaceAndSize) {
+    const auto font = [](const NSString& family, unsigned long traits, double size) {
+        return NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(family, traits, 5, size);
+    };
+    const auto one = font(u"TeX Gyre Pagella", 0, 12);
+    EXPECT_TRUE(one->isEqual(font(u"TeX Gyre Pagella", 0, 12)));
+    EXPECT_TRUE(one->isEqual(NSFont::userFontOfSize(12)));
+    EXPECT_FALSE(one->isEqual(font(u"TeX Gyre Pagella", 0, 12.5)));
+    EXPECT_FALSE(one->isEqual(font(u"TeX Gyre Pagella", NSItalicFontMask, 12)));
+    EXPECT_FALSE(one->isEqual(font(u"TeX Gyre Termes", 0, 12)));
+    EXPECT_FALSE(one->isEqual(one->fontDescriptor()));
+    EXPECT_FALSE(one->isEqual(nullptr));
+    EXPECT_FALSE(Ref<NSFont>()->isEqual(nullptr));
+    EXPECT_FALSE(Ref<NSFont>()->isEqual(one));
+}

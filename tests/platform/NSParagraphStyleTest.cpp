@@ -160,3 +160,56 @@ TEST(NSParagraphStyle, NullTakesNothing) {
     EXPECT_TRUE(null->tabStops().empty());
     EXPECT_TRUE(null->textBlocks().empty());
 }
+
+// ---- Text lists
+
+namespace {
+
+Ref<NSTextList> textList() { return NSTextList::textListWithMarkerFormat(u"{disc}"); }
+
+Ref<NSMutableParagraphStyle> styleInLists(std::vector<Ref<NSTextList>> lists) {
+    const auto style = mutableStyle();
+    style->setTextLists(std::move(lists));
+    return style;
+}
+
+}  // namespace
+
+TEST(NSParagraphStyle, TheDefaultIsInNoTextList) { EXPECT_TRUE(NSParagraphStyle::defaultParagraphStyle()->textLists().empty()); }
+
+TEST(NSParagraphStyle, KeepsItsTextListsInOrder) {
+    const auto outer = textList(), inner = textList();
+    const auto style = styleInLists({outer, inner});
+    EXPECT_EQ(style->textLists(), (std::vector<Ref<NSTextList>>{outer, inner}));
+    style->setTextLists({});
+    EXPECT_TRUE(style->textLists().empty());
+}
+
+TEST(NSParagraphStyle, ACopySharesTextListsAndGoesItsOwnWay) {
+    const auto list = textList();
+    const auto style = styleInLists({list});
+    const auto copy = style->mutableCopy();
+    EXPECT_EQ(copy->textLists(), (std::vector<Ref<NSTextList>>{list}));
+    copy->setTextLists({});
+    EXPECT_EQ(style->textLists(), (std::vector<Ref<NSTextList>>{list}));
+}
+
+TEST(NSParagraphStyle, TellsTextListsApartByIdentityAndOrder) {
+    const auto one = textList(), other = textList();
+    EXPECT_TRUE(styleInLists({one, other})->isEqual(styleInLists({one, other})));
+    EXPECT_FALSE(styleInLists({one, other})->isEqual(styleInLists({other, one})));
+    EXPECT_FALSE(styleInLists({one})->isEqual(styleInLists({other})));
+    EXPECT_FALSE(styleInLists({one})->isEqual(styleInLists({one, other})));
+    EXPECT_FALSE(styleInLists({one})->isEqual(mutableStyle()));
+}
+
+TEST(NSParagraphStyle, NullIsInNoTextListAndTakesNone) {
+    const Ref<NSMutableParagraphStyle> null;
+    null->setTextLists({textList()});
+    EXPECT_TRUE(null->textLists().empty());
+}
+
+TEST(NSParagraphStyle, EqualsNoObjectOfAnotherClass) {
+    EXPECT_FALSE(mutableStyle()->isEqual(NSTextBlock::textBlock()));
+    EXPECT_FALSE(mutableStyle()->isEqual(NSTextList::textListWithMarkerFormat(u"{disc}")));
+}

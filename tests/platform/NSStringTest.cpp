@@ -351,3 +351,94 @@ TEST_F(NSStringFileTest, ANullURLIsAnError) {
     EXPECT_TRUE(error);
     EXPECT_EQ(NSString::stringWithContentsOfURL_encoding_error(nullptr, NSUTF8StringEncoding, nullptr), nullptr);
 }
+
+// ---- Paragraphs
+
+namespace {
+
+struct Bounds {
+    uint64_t start, end, contentsEnd;
+    bool operator==(const Bounds&) const = default;
+};
+void PrintTo(const Bounds& bounds, std::ostream* out) { *out << bounds.start << " " << bounds.end << " " << bounds.contentsEnd; }
+
+Bounds paragraphs(const NSString& text, NSRange range) {
+    Bounds bounds{99, 99, 99};
+    text.getParagraphStart_end_contentsEnd_forRange(&bounds.start, &bounds.end, &bounds.contentsEnd, range);
+    return bounds;
+}
+
+}  // namespace
+
+TEST(NSStringParagraphs, EndAtFourTerminators) {
+    for (const char16_t* terminator : {u"\n", u"\r", u"\u2029"}) {
+        const NSString text = NSString(u"ab") + terminator + u"cd";
+        SCOPED_TRACE(testing::PrintToString(text));
+        for (const uint64_t index : {0u, 1u, 2u}) EXPECT_EQ(paragraphs(text, {index, 0}), (Bounds{0, 3, 2})) << index;
+        for (const uint64_t index : {3u, 4u, 5u}) EXPECT_EQ(paragraphs(text, {index, 0}), (Bounds{3, 5, 5})) << index;
+    }
+    for (const uint64_t index : {0u, 1u, 2u, 3u}) EXPECT_EQ(paragraphs(u"ab\r\ncd", {index, 0}), (Bounds{0, 4, 2})) << index;
+    for (const uint64_t index : {4u, 5u, 6u}) EXPECT_EQ(paragraphs(u"ab\r\ncd", {index, 0}), (Bounds{4, 6, 6})) << index;
+}
+
+TEST(NSStringParagraphs, EndAtNothingElse) {
+    for (const char16_t* other : {u"\u2028", u"\u0085", u"\v", u"\f", u"\u001C", u"\u001D", u"\u001E", u" ", u"\t", u"\u2030"})
+        EXPECT_EQ(paragraphs(NSString(u"ab") + other + u"cd", {1, 0}), (Bounds{0, 5, 5})) << testing::PrintToString(NSString(other));
+    EXPECT_EQ(paragraphs(u"a\0b"_ns, {0, 0}), (Bounds{0, 3, 3}));
+}
+
+TEST(NSStringParagraphs, LFThenCRAreTwoTerminators) {
+    EXPECT_EQ(paragraphs(u"a\n\rb", {0, 0}), (Bounds{0, 2, 1}));
+    EXPECT_EQ(paragraphs(u"a\n\rb", {2, 0}), (Bounds{2, 3, 2}));
+    EXPECT_EQ(paragraphs(u"a\r\r\nb", {0, 0}), (Bounds{0, 2, 1}));
+    EXPECT_EQ(paragraphs(u"a\r\r\nb", {2, 0}), (Bounds{2, 4, 2}));
+    EXPECT_EQ(paragraphs(u"a\r\n\n", {3, 0}), (Bounds{3, 4, 3}));
+}
+
+TEST(NSStringParagraphs, MayBeEmpty) {
+    EXPECT_EQ(paragraphs(u"\n\nx", {0, 0}), (Bounds{0, 1, 0}));
+    EXPECT_EQ(paragraphs(u"\n\nx", {1, 0}), (Bounds{1, 2, 1}));
+    EXPECT_EQ(paragraphs(u"\r\n", {0, 0}), (Bounds{0, 2, 0}));
+    EXPECT_EQ(paragraphs(u"", {0, 0}), (Bounds{0, 0, 0}));
+}
+
+TEST(NSStringParagraphs, TheEndOfTheTextIsInTheLastParagraph) {
+    EXPECT_EQ(paragraphs(u"ab\ncd", {5, 0}), (Bounds{3, 5, 5}));
+    EXPECT_EQ(paragraphs(u"ab\n", {3, 0}), (Bounds{3, 3, 3}));
+    EXPECT_EQ(paragraphs(u"ab\r\n", {4, 0}), (Bounds{4, 4, 4}));
+    EXPECT_EQ(paragraphs(u"ab\r", {3, 0}), (Bounds{3, 3, 3}));
+}
+
+TEST(NSStringParagraphs, ARangeTouchesTheParagraphsOfItsUnits) {
+    const NSString text = u"ab\ncd\r\nef";
+    EXPECT_EQ(paragraphs(text, {1, 1}), (Bounds{0, 3, 2}));
+    EXPECT_EQ(paragraphs(text, {1, 2}), (Bounds{0, 3, 2}));  // the terminator included
+    EXPECT_EQ(paragraphs(text, {1, 3}), (Bounds{0, 7, 5}));
+    EXPECT_EQ(paragraphs(text, {2, 4}), (Bounds{0, 7, 5}));  // up to between CR and LF
+    EXPECT_EQ(paragraphs(text, {2, 5}), (Bounds{0, 7, 5}));
+    EXPECT_EQ(paragraphs(text, {6, 1}), (Bounds{3, 7, 5}));  // the LF of a pair
+    EXPECT_EQ(paragraphs(text, {0, 9}), (Bounds{0, 9, 9}));
+    EXPECT_EQ(paragraphs(u"ab\n", {0, 3}), (Bounds{0, 3, 2}));
+}
+
+TEST(NSStringParagraphs, PassOverNullPointers) {
+    const NSString text = u"ab\ncd\n";
+    uint64_t value = 99;
+    text.getParagraphStart_end_contentsEnd_forRange(nullptr, nullptr, nullptr, {4, 0});
+    text.getParagraphStart_end_contentsEnd_forRange(&value, nullptr, nullptr, {4, 0});
+    EXPECT_EQ(value, 3u);
+    text.getParagraphStart_end_contentsEnd_forRange(nullptr, &value, nullptr, {4, 0});
+    EXPECT_EQ(value, 6u);
+    text.getParagraphStart_end_contentsEnd_forRange(nullptr, nullptr, &value, {4, 0});
+    EXPECT_EQ(value, 5u);
+}
+
+TEST(NSStringParagraphs, ARangePastTheEndRaises) {
+    for (const NSRange range : {NSRange{0, 4}, NSRange{3, 1}, NSRange{4, 0}, NSRange{1, UINT64_MAX}, NSRange{NSNotFound, 0}})
+        EXPECT_EQ(raised([&] { paragraphs(u"ab\n", range); }), u"NSRangeException") << range.location;
+}
+
+TEST(NSStringParagraphs, OfNullAreZeros) {
+    EXPECT_EQ(paragraphs(nullptr, {0, 0}), (Bounds{0, 0, 0}));
+    EXPECT_EQ(paragraphs(nullptr, {5, 5}), (Bounds{0, 0, 0}));
+}

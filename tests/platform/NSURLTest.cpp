@@ -180,3 +180,13 @@ TEST(NSURL, NullAnswersNothing) {
     EXPECT_FALSE(null->isFileURL());
     EXPECT_EQ(null->description(), nullptr);
 }
+
+TEST(NSURL, EqualsOneOfTheSameText) {
+    EXPECT_TRUE(url(u"http://wq.invalid/a")->isEqual(url(u"http://wq.invalid/a")));
+    EXPECT_FALSE(url(u"http://wq.invalid/a")->isEqual(url(u"http://WQ.invalid/a")));
+    EXPECT_FALSE(url(u"http://wq.invalid/a")->isEqual(url(u"http://wq.invalid/%61")));
+    EXPECT_TRUE(url(u"")->isEqual(url(u"")));
+    EXPECT_FALSE(url(u"")->isEqual(nullptr));
+    EXPECT_FALSE(Ref<NSURL>()->isEqual(nullptr));
+    EXPECT_FALSE(Ref<NSURL>()->isEqual(url(u"")));
+}

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "platform/NSData.h"
+#include "platform/NSDictionary.h"
 #include "platform/NSError.h"
 
 namespace {
@@ -88,4 +89,24 @@ TEST(NSValue, IsEqualByKindAndContent) {
 TEST(NSValue, NoPointerBecomesABoolean) {
     EXPECT_FALSE((std::is_constructible_v<NSValue, void*>));
     EXPECT_FALSE((std::is_constructible_v<NSValue, const char*>));
+}
+
+TEST(NSValue, ObjectsAreEqualAsTheirClassesSay) {
+    const auto dictionary = [](double number) { return NSDictionary::dictionary({{u"x", number}}); };
+    const auto data = NSData::dataWithBytes("1");
+    EXPECT_TRUE(NSValue(dictionary(1)).isEqual(dictionary(1)));
+    EXPECT_FALSE(NSValue(dictionary(1)) == NSValue(dictionary(1)));
+    EXPECT_FALSE(NSValue(dictionary(1)).isEqual(dictionary(2)));
+    EXPECT_FALSE(NSValue(dictionary(1)).isEqual(data));
+    EXPECT_FALSE(NSValue(dictionary(1)).isEqual(nullptr));
+    EXPECT_FALSE(NSValue().isEqual(dictionary(1)));
+    EXPECT_TRUE(NSValue(data).isEqual(data));
+    EXPECT_FALSE(NSValue(data).isEqual(NSData::dataWithBytes("1")));
+}
+
+TEST(NSValue, WhatIsNoObjectIsEqualByKindAndContent) {
+    const NSValue values[] = {nullptr, false, true, 0.0, 1.0, u"", u"1", classOfError()};
+    for (size_t left = 0; left < std::size(values); ++left)
+        for (size_t right = 0; right < std::size(values); ++right)
+            EXPECT_EQ(values[left].isEqual(values[right]), left == right) << left << " " << right;
 }

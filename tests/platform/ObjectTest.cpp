@@ -300,3 +300,13 @@ TEST(Object, DescribesItselfByItsTrueClass) {
     const Ref<wq::Object> object = wq::make<Special>(&Special::initWithNumber, 1);
     EXPECT_THAT(wq::toUTF8(object->description()), HasSubstr("Special: 0x"));
 }
+
+TEST(Object, EqualsItselfAloneUnlessItsClassSaysOtherwise) {
+    const auto thing = newThing();
+    EXPECT_TRUE(thing->isEqual(thing));
+    EXPECT_TRUE(thing->isEqual(Ref<wq::Object>(thing)));
+    EXPECT_FALSE(thing->isEqual(newThing()));
+    EXPECT_FALSE(thing->isEqual(nullptr));
+    EXPECT_FALSE(Ref<Thing>()->isEqual(nullptr));
+    EXPECT_FALSE(Ref<Thing>()->isEqual(thing));
+}
