@@ -9,17 +9,6 @@ namespace CSS {
 
 namespace {
 
-constexpr int regularWeight = 5;
-
-unsigned long traitsOf(WQCSSFontWeight weight, WQCSSFontStyle style) {
-    unsigned long traits = 0;
-    if (weight == WQCSSFontWeightNormal) traits = NSUnboldFontMask;
-    if (weight == WQCSSFontWeightBold) traits = NSBoldFontMask;
-    if (style == WQCSSFontStyleItalic) traits |= NSItalicFontMask;
-    if (style == WQCSSFontStyleNormal) traits |= NSUnitalicFontMask;
-    return traits;
-}
-
 // Percentages count for nothing.
 double pointsOf(_WQCSSLength length) {
     switch (length.type) {
@@ -56,6 +45,22 @@ Ref<NSColor> opaqueColorOf(CSSColor color) {
 
 }  // namespace
 
+unsigned long fontTraitsOf(WQCSSFontWeight weight, WQCSSFontStyle style) {
+    unsigned long traits = 0;
+    if (weight == WQCSSFontWeightNormal) traits = NSUnboldFontMask;
+    if (weight == WQCSSFontWeightBold) traits = NSBoldFontMask;
+    if (style == WQCSSFontStyleItalic) traits |= NSItalicFontMask;
+    if (style == WQCSSFontStyleNormal) traits |= NSUnitalicFontMask;
+    return traits;
+}
+
+NSString availableFamily(const NSString& family) {
+    const NSString wanted = family.lowercaseString();
+    for (const NSString& each : NSFontManager::sharedFontManager()->availableFontFamilies())
+        if (each.lowercaseString() == wanted) return each;
+    return nullptr;
+}
+
 // ---- FontImpl
 
 FontImpl::FontImpl() { family = wq::toUTF8(NSFont::userFontOfSize(size)->familyName()); }
@@ -85,18 +90,15 @@ void FontImpl::SetFamily(const std::string& newFamily) {
 Ref<NSFont> FontImpl::GetFont() {
     if (cachedFont) return cachedFont;
     const NSString name = wq::fromUTF8(Family());
-    const unsigned long traits = traitsOf(Weight(), Style());
-    cachedFont = NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(name, traits, regularWeight, Size());
-    if (!cachedFont) cachedFont = BestMatchForFont(name, traits, regularWeight, Size());
+    const unsigned long traits = fontTraitsOf(Weight(), Style());
+    cachedFont = NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(name, traits, regularFontWeight, Size());
+    if (!cachedFont) cachedFont = BestMatchForFont(name, traits, regularFontWeight, Size());
     return cachedFont;
 }
 
 Ref<NSFont> FontImpl::BestMatchForFont(const NSString& aFamily, unsigned long traits, int aWeight, float aSize) const {
-    const auto manager = NSFontManager::sharedFontManager();
-    const NSString wanted = aFamily.lowercaseString();
-    for (const NSString& each : manager->availableFontFamilies())
-        if (each.lowercaseString() == wanted) return manager->fontWithFamily_traits_weight_size(each, traits, aWeight, aSize);
-    return nullptr;
+    const NSString found = availableFamily(aFamily);
+    return found ? NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(found, traits, aWeight, aSize) : nullptr;
 }
 
 // ---- StyleImpl

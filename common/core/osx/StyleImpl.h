@@ -8,6 +8,14 @@
 
 namespace CSS {
 
+// How the platform is asked for a font: by traits of NSFontManager and its regular weight. A weight or style that is
+// none asks for nothing.
+unsigned long fontTraitsOf(WQCSSFontWeight weight, WQCSSFontStyle style);
+inline constexpr int regularFontWeight = 5;
+
+// The first of the platform's families that is the same in lower case, as the platform spells it; null if there is none.
+NSString availableFamily(const NSString& family);
+
 // Speaks of the user's text font at 12 points until it is changed.
 class FontImpl : public Font {
 public:

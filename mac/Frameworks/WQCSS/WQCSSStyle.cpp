@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr int regularWeight = 5;
-
 double componentOf(uint32_t word, int shift) { return (word >> shift & 0xFF) / 255.0; }
 
 }  // namespace
@@ -75,23 +73,17 @@ NSString WQCSSStyle::description() const {
 
 Ref<NSFont> WQCSSStyle::font() const {
     if (!my.style) return nullptr;
-    unsigned long traits = 0;
-    if (fontWeight() == WQCSSFontWeightNormal) traits = NSUnboldFontMask;
-    if (fontWeight() == WQCSSFontWeightBold) traits = NSBoldFontMask;
-    if (fontStyle() == WQCSSFontStyleItalic) traits |= NSItalicFontMask;
-    if (fontStyle() == WQCSSFontStyleNormal) traits |= NSUnitalicFontMask;
-    const auto exact =
-        NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(fontFamily(), traits, regularWeight, fontSize());
-    return exact ? exact : bestMatchForFont_traits_weight_size(fontFamily(), traits, regularWeight, fontSize());
+    const unsigned long traits = CSS::fontTraitsOf(fontWeight(), fontStyle());
+    const auto manager = NSFontManager::sharedFontManager();
+    const auto exact = manager->fontWithFamily_traits_weight_size(fontFamily(), traits, CSS::regularFontWeight, fontSize());
+    return exact ? exact : bestMatchForFont_traits_weight_size(fontFamily(), traits, CSS::regularFontWeight, fontSize());
 }
 
 Ref<NSFont> WQCSSStyle::bestMatchForFont_traits_weight_size(const NSString& family, unsigned long traits, int weight, float size) const {
     if (!my.style) return nullptr;
-    const auto manager = NSFontManager::sharedFontManager();
-    const NSString wanted = family.lowercaseString();
-    for (const NSString& each : manager->availableFontFamilies())
-        if (each.lowercaseString() == wanted) return manager->fontWithFamily_traits_weight_size(each, traits, weight, size);
-    return NSFont::userFontOfSize(size);
+    const NSString found = CSS::availableFamily(family);
+    if (!found) return NSFont::userFontOfSize(size);
+    return NSFontManager::sharedFontManager()->fontWithFamily_traits_weight_size(found, traits, weight, size);
 }
 
 // ---- Text blocks
