@@ -9,6 +9,7 @@
 #include "dom/WQXMLRange.h"
 #include "dom/WQXMLReader.h"
 #include "dom/WQXMLWriter.h"
+#include "html/WQHTMLWriter.h"
 #include "mac/Frameworks/WQCSS/WQCSSComputedStyleDeclaration.h"
 #include "mac/Frameworks/WQCSS/WQCSSMutableStyleDeclaration.h"
 #include "mac/Frameworks/WQCSS/WQCSSPrimitiveValue.h"
@@ -33,7 +34,8 @@ bool isOfTheObjectLayer(const std::string& operation) {
          {"WQXMLException::", "WQXMLEventListener::", "NSString::", "NSValue::", "NSBundle::", "NSCharacterSet::", "NSColorSpace::",
           "NSDraggingInfo::"})
         if (operation.rfind(prefix, 0) == 0) return false;
-    return operation.starts_with("WQXML") || operation.starts_with("WQCSS") || operation.starts_with("NS");
+    return operation.starts_with("WQXML") || operation.starts_with("WQHTML") || operation.starts_with("WQCSS") ||
+           operation.starts_with("NS");
 }
 
 const Ref<WQXMLNode> node;
@@ -63,6 +65,7 @@ const Ref<WQXMLWriter> writer;
 const Ref<WQXMLWriterElement> open;
 const Ref<WQXMLReader> reader;
 const Ref<WQXMLRange> range;
+const Ref<WQHTMLWriter> htmlWriter;
 const NSString none;
 
 // Null, and around nothing of the engine's in one test.
@@ -616,7 +619,17 @@ const std::map<std::string, std::function<void()>>& rows() {
             ROW(WQCSSPrimitiveValue::stringValue, EXPECT_EQ(primitiveValue->stringValue(), none)),
             ROW(WQCSSPrimitiveValue::setStringValue_unitType, primitiveValue->setStringValue_unitType(u"x", 19)),
             ROW(WQCSSValueList::init, EXPECT_FALSE(valueList->init())), ROW(WQCSSValueList::length, EXPECT_EQ(valueList->length(), 0u)),
-            ROW(WQCSSValueList::item, EXPECT_FALSE(valueList->item(0))),
+            ROW(WQCSSValueList::item, EXPECT_FALSE(valueList->item(0))), ROW(WQHTMLWriter::init, EXPECT_FALSE(htmlWriter->init())),
+            ROW(WQHTMLWriter::baseURL, EXPECT_FALSE(htmlWriter->baseURL())),
+            ROW(WQHTMLWriter::setBaseURL, htmlWriter->setBaseURL(NSURL::URLWithString(u"http://x/"))),
+            ROW(WQHTMLWriter::setPrefix, htmlWriter->setPrefix(u"x")),
+            ROW(WQHTMLWriter::setNamespaceURI, htmlWriter->setNamespaceURI(u"x")),
+            ROW(WQHTMLWriter::encodeAttributedString_withWriter_baseAttributes, const auto out = WQXMLWriter::newToMemory();
+                htmlWriter->encodeAttributedString_withWriter_baseAttributes(NSAttributedString::newWithString(u"x"), out, nullptr);
+                EXPECT_EQ(out->XMLData()->view(), "")),
+            ROW(WQHTMLWriter::encodeAttributedString_withWriter, const auto out = WQXMLWriter::newToMemory();
+                htmlWriter->encodeAttributedString_withWriter(NSAttributedString::newWithString(u"x"), out);
+                EXPECT_EQ(out->XMLData()->view(), "")),
     };
     return all;
 }
@@ -653,6 +666,7 @@ std::vector<std::string> fieldsOfAllNulls() {
         fieldsOfNull<WQXMLWriterElement>(),
         fieldsOfNull<WQXMLReader>(),
         fieldsOfNull<WQXMLRange>(),
+        fieldsOfNull<WQHTMLWriter>(),
         fieldsOfNull<WQCSSStyle>(),
         fieldsOfNull<WQCSSStyleDeclaration>(),
         fieldsOfNull<WQCSSMutableStyleDeclaration>(),
@@ -666,7 +680,7 @@ std::vector<std::string> fieldsOfAllNulls() {
 
 TEST(NullTest, EveryPublicOperationHasARow) {
     std::set<std::string> operations;
-    for (const char* folder : {"dom", "platform", "mac/Frameworks/WQCSS"})
+    for (const char* folder : {"dom", "platform", "mac/Frameworks/WQCSS", "html"})
         for (const auto& file : std::filesystem::directory_iterator(sourceFolder() / folder))
             if (file.path().extension() == ".h") operations.merge(publicOperations(file.path()));
     std::erase_if(operations, [](auto& operation) { return !isOfTheObjectLayer(operation); });
