@@ -1,5 +1,6 @@
 #include "dom/Binding.h"
 
+#include <libxml/globals.h>
 #include <libxml/valid.h>
 
 #include <memory>
@@ -32,8 +33,14 @@ void WaitingChecks::settle() {
     }
 }
 
+void GuardedCall::keep(std::exception_ptr failure, xmlError* error) noexcept {
+    if (!first) xmlCopyError(error, &report);
+    keep(std::move(failure));
+}
+
 void GuardedCall::raise() {
     current = outer;
+    if (report.code != XML_ERR_OK) xmlCopyError(&report, &xmlLastError);
     if (first) std::rethrow_exception(std::exchange(first, nullptr));
 }
 

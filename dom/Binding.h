@@ -72,6 +72,7 @@ public:
     GuardedCall() noexcept : outer(std::exchange(current, this)) {}
     ~GuardedCall() {
         if (current == this) current = outer;
+        xmlResetError(&report);
     }
     GuardedCall(const GuardedCall&) = delete;
     GuardedCall& operator=(const GuardedCall&) = delete;
@@ -80,12 +81,15 @@ public:
     void keep(std::exception_ptr failure) noexcept {
         if (!first) first = std::move(failure);
     }
+    // As above, with libxml2's own record: whatever else it reports, that is its last error when `raise` raises.
+    void keep(std::exception_ptr failure, xmlError* error) noexcept;
     void raise();
 
     static GuardedCall* current;  // the innermost; null outside
 
 private:
     std::exception_ptr first;
+    xmlError report{};  // that goes with it; a copy
     GuardedCall* outer;
 };
 

@@ -164,7 +164,7 @@ void wqStructuredErrorFunc(void*, xmlErrorPtr error) {
     const NSString reason = formattedWithoutArguments(wq::fromUTF8(error->message));
     wq::GuardedCall* call = wq::GuardedCall::current;
     if (!call) throw WQXMLException(u"XML Exception", reason);
-    call->keep(std::make_exception_ptr(WQXMLException(u"XML Exception", reason)));
+    call->keep(std::make_exception_ptr(WQXMLException(u"XML Exception", reason)), error);
     if (error->ctxt && comesFromParser(error->domain)) wq::stopParser(error->ctxt);
 }
 

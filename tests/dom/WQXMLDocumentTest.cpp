@@ -556,6 +556,16 @@ TEST(WQXMLDocumentTest, TheLastErrorTellsTheLine) {
     EXPECT_EQ(xmlGetLastError()->line, 3);
 }
 
+// libxml2 reads on, and has more to report.
+TEST(WQXMLDocumentTest, TheLastErrorIsTheOneThatRaisedWhateverFollowedIt) {
+    EXPECT_EQ(
+        raised([] { parse("<novel>\n  <chapter>\n</novel>\n\n\n"); }),
+        "XML Exception: Opening and ending tag mismatch: chapter line 2 and novel\n");
+    ASSERT_NE(xmlGetLastError(), nullptr);
+    EXPECT_EQ(xmlGetLastError()->line, 3);
+    EXPECT_STREQ(xmlGetLastError()->message, "Opening and ending tag mismatch: chapter line 2 and novel\n");
+}
+
 TEST(WQXMLDocumentTest, ManyFailedParsesLeaveNothingBehind) {
     for (int i = 0; i < 200; ++i) {
         EXPECT_NE(raised([] { parse("<a x='1'><b>text</b><c>&nope;</c></a>"); }), "");
