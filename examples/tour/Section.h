@@ -1,7 +1,7 @@
 // The application's own element class: what a manuscript is divided into.
 #pragma once
 
-#include "dom/WQXMLElement.h"
+#include "dom/WQXMLDocument.h"
 
 class Section : public WQXMLElement {
 public:
@@ -14,3 +14,12 @@ public:
         return nullptr;
     }
 };
+
+// The class map that gives chapters and the like this class, in the namespaces that a manuscript may be in.
+inline Ref<NSDictionary> sectionClasses() {
+    const auto sections = NSDictionary::dictionary();
+    for (const char16_t* name : {u"part", u"chapter", u"section", u"article", u"div"})
+        sections->setObject_forKey(&wq::Class::of<Section>(), name);
+    return NSDictionary::dictionary(
+        {{u"urn:example:manuscript", sections}, {u"http://www.w3.org/1999/xhtml", sections}, {DefaultNamespaceKey, sections}});
+}

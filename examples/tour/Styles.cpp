@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "examples/shared/Opening.h"
 #include "examples/tour/Words.h"
 #include "mac/Frameworks/WQCSS/WQCSSComputedStyleDeclaration.h"
 #include "mac/Frameworks/WQCSS/WQCSSStyleResolver.h"
@@ -14,14 +15,6 @@
 namespace {
 
 constexpr size_t kMostTexts = 8;
-
-Ref<WQCSSStyleSheet> readSheet(const std::string& path) {
-    Ref<NSError> error;
-    const auto sheet = WQCSSStyleSheet::styleSheetWithContentsOfURL_error(NSURL::fileURLWithPath(wq::fromUTF8(path)), &error);
-    if (error) throw CannotStyle{oneLine(error->localizedDescription())};  // which names the file
-    if (!sheet) throw CannotStyle{fmt::format("{}: not a style sheet", path)};
-    return sheet;
-}
 
 bool isText(const Ref<WQXMLNode>& node) { return node->nodeType() == 3; }
 
@@ -56,7 +49,7 @@ std::string textOf(const Ref<WQCSSStyle>& style, const Ref<WQCSSStyle>& parent) 
 
 void resolveStyles(const Ref<WQXMLDocument>& document, const std::string& sheetPath) {
     const auto resolver = WQCSSStyleResolver::newStyleResolver();
-    if (!sheetPath.empty()) resolver->processRulesFromStyleSheet(readSheet(sheetPath));
+    if (!sheetPath.empty()) resolver->processRulesFromStyleSheet(openSheet(sheetPath));
 
     fmt::print(
         "\nStyles{}:\n", sheetPath.empty() ? ", without a style sheet" : " by " + std::filesystem::path(sheetPath).filename().string());

@@ -5,11 +5,7 @@
 
 #include "dom/WQXMLDocument.h"
 
-struct CannotStyle {
-    std::string line;  // file and reason
-};
-
 // Resolves each element and text of the document, parents handing their styles down; prints the computed texts of
-// some nodes, and how much the styles share. `sheetPath` may be empty: then there are no rules. Throws CannotStyle
-// for a sheet that cannot be read; what is wrong with its text stands on standard error then.
+// some nodes, and how much the styles share. `sheetPath` may be empty: then there are no rules. Throws CannotOpen
+// for a sheet that cannot be read.
 void resolveStyles(const Ref<WQXMLDocument>& document, const std::string& sheetPath);

@@ -25,11 +25,4 @@ std::string nameOf(const Ref<WQXMLNode>& node) {
     return identifier ? name + "#" + wq::toUTF8(identifier) : name;
 }
 
-std::string oneLine(const NSString& text) {
-    std::string line = wq::toUTF8(text);
-    while (!line.empty() && std::isspace(static_cast<unsigned char>(line.back()))) line.pop_back();
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    return line;
-}
-
 bool isElement(const Ref<WQXMLNode>& node) { return node->nodeType() == XML_ELEMENT_NODE; }

@@ -10,5 +10,3 @@ std::string shortened(const NSString& text, size_t units);
 // "p#first-words", or the name alone without an "id".
 std::string nameOf(const Ref<WQXMLNode>& node);
 bool isElement(const Ref<WQXMLNode>& node);
-// A text without line ends, as a message is printed.
-std::string oneLine(const NSString& text);

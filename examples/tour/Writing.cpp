@@ -7,6 +7,7 @@
 
 #include "dom/WQXMLReader.h"
 #include "dom/WQXMLWriter.h"
+#include "examples/shared/Opening.h"
 #include "examples/tour/Words.h"
 #include "platform/WQXMLException.h"
 

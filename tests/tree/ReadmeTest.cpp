@@ -16,7 +16,7 @@ TEST(ReadmeTest, ItsFirstProgramIsTheOneThatIsBuilt) {
 }
 
 TEST(ReadmeTest, TheFilesThatTheDocumentsNameExist) {
-    static const std::regex name(R"(`((?:[\w.]+/)*[\w.]+\.(?:h|cpp|md|txt)|tests/PENDING)`)");
+    static const std::regex name(R"(`((?:[\w.]+/)*[\w.]+\.(?:h|cpp|css|md|txt)|tests/PENDING)`)");
     size_t named = 0;
     for (const char* document : {"README.md", "CONTRIBUTING.md", "docs/lifetime.md"}) {
         const std::string text = contentsOf(sourceFolder() / document);

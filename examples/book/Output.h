@@ -1,0 +1,45 @@
+// A book as files.
+#pragma once
+
+#include <filesystem>
+
+#include "examples/book/Book.h"
+
+// Each throws CannotWrite.
+struct CannotWrite {
+    std::string line;  // file and reason
+};
+
+// With links, an outline of the headings, and the title.
+void writePDF(const Book& book, const Typesetter& typesetter, const std::filesystem::path& path);
+
+// page-01.png and so on, in that folder, at 144 dots an inch.
+void writePictures(const Book& book, const Typesetter& typesetter, const std::filesystem::path& folder, const Progress& progress);
+
+// A page of a book, and elements whose paragraphs are marked there.
+struct PageToShow {
+    const Book& book;
+    size_t page;
+    std::vector<Ref<WQXMLNode>> marked;
+};
+// Two pages side by side on grey.
+void writeTwoPages(const PageToShow& left, const PageToShow& right, const Typesetter& typesetter, const std::filesystem::path& path);
+
+void writeBytes(std::string_view bytes, const std::filesystem::path& path);
+
+// What is written becomes visible as a whole, or not at all: files are made in a folder of their own, which goes away
+// with this object, and take the places of older ones at the end.
+class OutputFolder {
+public:
+    explicit OutputFolder(const std::filesystem::path& aFolder);
+    ~OutputFolder();
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
+
+    std::filesystem::path operator/(const std::string& name) const { return unfinished / name; }
+    void publish();
+
+private:
+    const std::filesystem::path folder;
+    std::filesystem::path unfinished;
+};
