@@ -12,6 +12,8 @@ foreach(header IN LISTS WQ_HEADERS)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/${folder})
 endforeach()
 
+install(FILES docs/notices.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES wq/wq.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq)
 install(FILES common/core/css/Properties.def DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/common/core/css)
 install(FILES ${WQ_GENERATED}/common/core/css/ScannerBase.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/wq/common/core/css)
 
@@ -31,6 +33,9 @@ set(WQ_PC_REQUIRES libxml-2.0)
 set(WQ_PC_REQUIRES_PRIVATE icu-uc libcurl liburiparser fontconfig fmt)
 if(NOT BUILD_SHARED_LIBS)
   list(APPEND WQ_PC_REQUIRES ${WQ_PC_REQUIRES_PRIVATE})
+endif()
+if(NOT WQ_HARD_ASSERTIONS)
+  set(WQ_PC_DEFINITIONS " -DWQ_NO_HARD_ASSERTIONS")  # headers of the engine look at it
 endif()
 list(JOIN WQ_PC_REQUIRES " " WQ_PC_REQUIRES)
 list(JOIN WQ_PC_REQUIRES_PRIVATE " " WQ_PC_REQUIRES_PRIVATE)

@@ -12,8 +12,10 @@ public:
     // none does.
     static NSString pathForResource_ofType(const NSString& name, const NSString& extension);
 
-    // Where resources are looked for, first one first: the folder that the library is installed
-    // with, then the one of its source tree. An application that moves them, or wants none, says so
-    // before it uses the first document. Returns the folders that were in place.
+    // Where resources are looked for, first one first: "share/wq" of the prefix that the shared library lies in, and
+    // of the one whose "bin" holds the program that it is linked into, wherever those were moved; then the folder
+    // that the library was to be installed with; then, unless the library was built without it, the one of its source
+    // tree. An application that keeps them elsewhere, or wants none, says so before it uses the first document.
+    // Returns the folders that were in place.
     static std::vector<std::string> setResourceFolders(std::vector<std::string> folders);
 };

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace {
 
 class NSBundleTest : public testing::Test {
@@ -20,9 +22,17 @@ TEST(NSBundle, FindsTheCatalog) {
 
 TEST(NSBundle, LooksAtTheSourceTreeLast) {
     auto folders = NSBundle::setResourceFolders({});
-    EXPECT_EQ(folders.size(), 2u);
+    ASSERT_EQ(folders.size(), 4u);
     EXPECT_EQ(folders.back(), WQ_SOURCE_FOLDER "/resources");
     EXPECT_TRUE(NSBundle::setResourceFolders(std::move(folders)).empty());
+}
+
+// These tests are linked with the library, and lie in a folder of their own.
+TEST(NSBundle, LooksBesideTheProgramFirst) {
+    auto folders = NSBundle::setResourceFolders({});
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    EXPECT_EQ(folders.at(1), (program.parent_path().parent_path() / "share/wq").string());
+    NSBundle::setResourceFolders(std::move(folders));
 }
 
 TEST_F(NSBundleTest, FindsAResourceByNameAndExtension) {

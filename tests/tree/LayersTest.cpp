@@ -105,6 +105,25 @@ TEST(LayersTest, NodesAreFreedInOnePlaceOrWithAReason) {
     }
 }
 
+// Headers that are for the files of their own folder, as the installation knows them, and what they share with no application.
+bool isPrivate(const std::string& header) {
+    static const std::string install = contentsOf(sourceFolder() / "cmake/Install.cmake");
+    return header == "dom/Rare.h" || install.find(" " + header) != std::string::npos;
+}
+
+TEST(LayersTest, OneHeaderIncludesAllThatAnApplicationUses) {
+    const auto included = includesOf(contentsOf(sourceFolder() / "wq/wq.h"));
+    size_t expected = 0;
+    for (const char* floor : {"dom", "html", "mac/Frameworks/WQCSS", "platform"})
+        for (const auto& file : sourcesOf(floor)) {
+            const std::string header = std::string(floor) + "/" + file.filename().string();
+            if (file.extension() != ".h" || isPrivate(header)) continue;
+            ++expected;
+            EXPECT_THAT(included, testing::Contains(header));
+        }
+    EXPECT_EQ(included.size(), expected);
+}
+
 TEST(LayersTest, EveryHeaderBeginsWithWhatItIsAndGuardsItself) {
     for (const auto& [floor, allowed] : floors)
         for (const auto& file : sourcesOf(floor)) {
