@@ -11,7 +11,7 @@ public:
     // back as "". Control characters but for TAB, LF and CR are lost. An identifier is known by its
     // new value from here on. The text children go, and new ones come. Fires nothing.
     virtual void setValue(const NSString& value);
-    Ref<WQXMLElement> ownerElement() const;
+    Ref<WQXMLElement> ownerElement() const;          // the parent node: null for an attribute that is on no element
     virtual bool specified() const { return true; }  // also if a DTD gave it. Null: false
 
     // Asserts "Could not encode text node".

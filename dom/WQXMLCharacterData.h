@@ -9,14 +9,17 @@
 
 class WQXMLCharacterData : public WQXMLNode {
 public:
-    NSString string() const;  // null without content
-    uint64_t length() const;  // UTF-16 units
-    NSString substringWithRange(NSRange range) const;
+    NSString string() const;                           // null without content
+    uint64_t length() const;                           // UTF-16 units
+    NSString substringWithRange(NSRange range) const;  // null without content
 
+    // These four go by replaceCharactersInRange_withString, which a subclass can override. Indices count UTF-16 units;
+    // a null string adds nothing. Without content, what they insert becomes the content. On a dead node: nothing.
     void setString(const NSString& string);
     void appendString(const NSString& string);
     void insertString_atIndex(const NSString& string, uint64_t index);
     void deleteCharactersInRange(NSRange range);
+
     // Null takes out what the empty string takes out.
     virtual void replaceCharactersInRange_withString(NSRange range, const NSString& string);
 

@@ -20,7 +20,8 @@
 //
 // External identifiers are looked up by libxml2 as it is set up: catalogs, files, network. An
 // application forbids that with libxml2's own xmlSetExternalEntityLoader and a loader that answers an
-// empty input; one that answers null makes every document with an external DTD raise.
+// empty input. What only the DTD declares is then not there: an identifier is not found, and a named
+// character raises. docs/process.md has a loader that lets the library's own XHTML type through.
 //
 //     xmlSetExternalEntityLoader([](const char*, const char*, xmlParserCtxtPtr parser) {
 //         return xmlNewStringInputStream(parser, BAD_CAST "");
@@ -105,9 +106,9 @@ public:
 
     // ---- Identity and root
 
-    uint16_t nodeType() const override;  // 9, or 13 for HTML; 0x7fff without a document
-    NSString baseURI() const;            // null if none was given
-    Ref<WQXMLElement> documentElement() const;
+    uint16_t nodeType() const override;         // 9, or 13 for HTML; 0x7fff without a document
+    NSString baseURI() const;                   // null if none was given
+    Ref<WQXMLElement> documentElement() const;  // null if there is none
     // Takes over the caller's reference, which becomes the tree's: std::move it. Frees the old
     // root, and fires nothing. Null and the present root change nothing.
     virtual void setDocumentElement(Ref<WQXMLElement>&& element);
@@ -209,6 +210,7 @@ public:
     void fixElementClass(_xmlNode* node);
     // Holds this document for as long as it lives, and then null.
     const std::shared_ptr<WQXMLDocument*>& whileAlive();
+    // The head of the ring of unlinked nodes that name this document.
     wq::DetachedNode& detachedNodes() noexcept { return bookkeeping.detachedNodes; }
 
 protected:

@@ -31,7 +31,7 @@ public:
 
     // ---- Reading
 
-    NSString tagName() const { return nodeName(); }
+    NSString tagName() const { return nodeName(); }  // with its prefix
     bool hasChildNodes() const override;
     bool hasAttributes() const override;
     Ref<WQXMLNode> firstAttribute() const;  // the next ones follow by nextSibling

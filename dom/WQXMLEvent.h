@@ -21,11 +21,13 @@ template <class T> class NilEvent;
 
 class WQXMLEvent : public wq::Object {
 public:
+    // No bit, no target, and without the bubble phase.
     static Ref<WQXMLEvent> newEvent();
 
     // The node that the event is dispatched on; dispatch sets it.
     const Ref<WQXMLNode>& target() const { return my.target; }
     virtual void setTarget(const Ref<WQXMLNode>& target) { my.target = target; }
+    // Its bit, one of those above or of the application's choice.
     int32_t eventID() const { return my.eventID; }
     virtual void setEventID(int32_t eventID) { my.eventID = eventID; }
     // 0 before dispatch, 1 capture, 2 at the target, 3 bubbling; keeps its last value.
@@ -42,6 +44,7 @@ public:
     bool canCancel() const { return my.canCancel; }  // stored only
     virtual void setCanCancel(bool can) { my.canCancel = can; }
 
+    // For subclasses.
     virtual bool init() { return true; }
     template <class T> using Nil = NilEvent<T>;
 

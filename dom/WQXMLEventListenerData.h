@@ -10,6 +10,7 @@ template <class T> class NilEventListenerData;
 
 class WQXMLEventListenerData : public wq::Object {
 public:
+    // A record that hears nothing yet.
     static Ref<WQXMLEventListenerData> newWithListener(WQXMLEventListener* listener);
     virtual bool initWithListener(WQXMLEventListener* listener);
 
@@ -25,6 +26,7 @@ public:
     uint64_t events() const { return my.events; }
     virtual void setEvents(uint64_t mask) { my.events = mask; }
 
+    // Put bits into one of the masks, and take them out: with `capture` the one for capturing.
     void addEvent_useCapture(int32_t event, bool capture);
     void removeEvent_useCapture(int32_t event, bool capture);
     bool isEmpty() const;  // hears nothing. Null: false

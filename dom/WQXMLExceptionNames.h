@@ -2,6 +2,8 @@
 // The library raises WQXMLNamespaceException alone; the others are for applications.
 #pragma once
 
+// ---- The value of each is its own name, which WQXMLException::name() answers.
+
 inline constexpr const char16_t* WQXMLIndexSizeException = u"WQXMLIndexSizeException";
 inline constexpr const char16_t* WQXMLDOMStringSizeException = u"WQXMLDOMStringSizeException";
 inline constexpr const char16_t* WQXMLHierarchyRequestException = u"WQXMLHierarchyRequestException";

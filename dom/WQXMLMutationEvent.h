@@ -19,6 +19,7 @@ public:
     static Ref<WQXMLMutationEvent> nodeRemovedEventWithTarget_relatedNode(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode);
     // For applications: no edit fires it.
     static Ref<WQXMLMutationEvent> subtreeModifiedEventWithTarget(const Ref<WQXMLNode>& target);
+    // No kind, no target: all is to be set.
     static Ref<WQXMLMutationEvent> newEvent();
 
     // Events 4 and 8: the parent whose operation was called. Event 1: the attribute's wrapper.
@@ -30,6 +31,7 @@ public:
     // Event 1: the value after. Null in event 2.
     const NSString& newValue() const { return my.newValue; }
     virtual void setNewValue(const NSString& value) { my.newValue = value; }
+    // Event 1: the name that setAttribute_value was given.
     const NSString& attrName() const { return my.attrName; }
     virtual void setAttrName(const NSString& name) { my.attrName = name; }
     // 1: the attribute is new. 2: it existed. These are not the DOM's numbers.

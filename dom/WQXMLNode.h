@@ -31,6 +31,7 @@ struct Binding;
 
 class WQXMLNode : public wq::Object {
 public:
+    // A list made for the caller, which keeps its nodes alive; edits of the tree do not change it.
     using Sequence = std::vector<Ref<WQXMLNode>>;
 
     // ---- Qualified names ----
@@ -79,8 +80,8 @@ public:
 
     // ---- Ancestors ----
 
-    bool isAncestorOfNode(const Ref<WQXMLNode>& node) const;  // false for the node itself
-    bool isDescendantOfNode(const Ref<WQXMLNode>& node) const;
+    bool isAncestorOfNode(const Ref<WQXMLNode>& node) const;    // false for the node itself
+    bool isDescendantOfNode(const Ref<WQXMLNode>& node) const;  // false for the node itself
     // Null if there is none. Asserts "asking for common ancestor of self", and then answers the
     // node itself.
     Ref<WQXMLNode> commonAncestorWithNode(const Ref<WQXMLNode>& node) const;
@@ -119,7 +120,7 @@ public:
     // Fires 8 while the child is linked, then unlinks it, wherever it is linked. The result is all
     // that keeps it alive unless the caller holds it.
     virtual Ref<WQXMLNode> removeChild(const Ref<WQXMLNode>& child);
-    void removeChildren();
+    void removeChildren();  // one by one, the first one first, each firing 8
     // Moves all children of the other node, each firing 8 and 4. Nothing for the node itself.
     virtual void appendChildrenFromNode(const Ref<WQXMLNode>& node);
 

@@ -49,6 +49,7 @@ public:
     template <class T = WQXMLRange> static Ref<T> newWithContainer_offset(const Ref<WQXMLNode>& container, uint64_t offset) {
         return wq::make<T>(&T::initWithContainer_offset, container, offset);
     }
+    // From one point to another, set in this order, with what setStart_offset and setEnd_offset do and assert.
     template <class T = WQXMLRange> static Ref<T> newWithStartContainer_startOffset_endContainer_endOffset(
         const Ref<WQXMLNode>& startContainer,
         uint64_t startOffset,
@@ -62,11 +63,11 @@ public:
     virtual Ref<WQXMLRange> copyWithZone() const;
     Ref<WQXMLRange> copyRange() const { return copyWithZone(); }
 
-    // ---- The points
+    // ---- The points: a container and an offset in it, in UTF-16 units or children (see lengthOfContainer)
 
     const Ref<WQXMLNode>& startContainer() const { return my.startContainer; }  // null until set
     uint64_t startOffset() const { return my.startOffset; }
-    const Ref<WQXMLNode>& endContainer() const { return my.endContainer; }
+    const Ref<WQXMLNode>& endContainer() const { return my.endContainer; }  // null until set
     uint64_t endOffset() const { return my.endOffset; }
 
     // Whichever point is set last wins: the other one goes there too if the order asks for it. Null
@@ -83,8 +84,8 @@ public:
     void setEndBefore(const Ref<WQXMLNode>& node);
     void setEndAfter(const Ref<WQXMLNode>& node);
 
-    void collapseToStart();
-    void collapseToEnd();
+    void collapseToStart();                               // by setEnd_offset
+    void collapseToEnd();                                 // by setStart_offset
     void selectNode(const Ref<WQXMLNode>& node);          // setStartBefore, setEndAfter
     void selectNodeContents(const Ref<WQXMLNode>& node);  // from 0 to its length
 
@@ -121,8 +122,8 @@ public:
     // without a parent and for the root element.
     virtual bool selectsNode_isPartialSelection(const Ref<WQXMLNode>& node, bool* isPartial) const;
 
-    virtual bool collapsed() const;  // both points alike, also unset. Null: false
-    Ref<WQXMLNode> commonAncestorContainer() const;
+    virtual bool collapsed() const;                  // both points alike, also unset. Null: false
+    Ref<WQXMLNode> commonAncestorContainer() const;  // the lowest that is or holds both containers; may be null
     // Positions in a node: UTF-16 units of a text, comment or CDATA section, else children.
     virtual uint64_t lengthOfContainer(const Ref<WQXMLNode>& node) const;
     // "WQXMLRange 0x... (<WQXMLText: 0x...> [3] - <WQXMLText: 0x...> [5]": the parenthesis stays open.
@@ -146,20 +147,25 @@ public:
     // there. Asserts "Range must be collapsed to split" and "Node must be an ancestor of the range point".
     void splitBelowNode(const Ref<WQXMLNode>& ancestor);
 
-    // The steps of these.
+    // ---- The steps of these
+
+    // Removes what is selected in and below the node, without joining or merging anything.
     virtual void removeSelectedComponentsOfNode(const Ref<WQXMLNode>& node);
     // Collapses to where the selection was: behind the branch that held the start, or ahead of the one
     // that holds the end. Asserts "Internal error".
     void collapseAfterDelete();
     // Fuses what the deletion left on both sides, level by level, into the left one.
     void mergeAfterDelete();
+    // Adds the selected text in and below the node.
     virtual void appendContentFromNode_toString(const Ref<WQXMLNode>& node, NSString& string) const;
 
     // ---- Listening
 
     bool isListening() const { return my.isListening; }  // stays true when the document dies
+    // Hears events 2, 4 and 8 of the start container's document, while they are captured, to keep its points in place.
+    // Nothing without shouldAddListeners. Setting a point does it, once both are set.
     virtual void addListeners();
-    void removeListeners();
+    void removeListeners();  // the points stay, and go stale with the next edit
     void handleEvent(const Ref<WQXMLEvent>& event) override;
 
     // ---- For subclasses

@@ -51,28 +51,29 @@ public:
     int32_t nextSibling();
     int32_t close();  // the input; the reader stays
 
-    // ---- The node
+    // ---- The node that the reader stands on; strings are null where it has no such thing
 
     int32_t nodeType() const;  // 0 before the first `read`
-    int32_t depth() const;
-    NSString name() const;  // with its prefix; "#text" and the like for nodes without a name
+    int32_t depth() const;     // 0 for the root element and what stands beside it
+    NSString name() const;     // with its prefix; "#text" and the like for nodes without a name
     NSString localName() const;
     NSString prefix() const;
     NSString namespaceURI() const;
-    NSString value() const;
-    bool hasValue() const;
-    bool isEmptyElement() const;  // written as "<a/>"
-    bool isDefault() const;       // false: defaults that a DTD states are no attributes here
-    bool isNamespaceDecl() const;
+    NSString value() const;        // null for an element
+    bool hasValue() const;         // whether its kind of node has one
+    bool isEmptyElement() const;   // written as "<a/>"
+    bool isDefault() const;        // false: defaults that a DTD states are no attributes here
+    bool isNamespaceDecl() const;  // of an attribute: whether it declares a namespace
     NSString baseURI() const;
     NSString xmlLang() const;  // what "xml:lang" says here
 
     // ---- The attributes of the element
 
-    bool hasAttributes() const;
-    int32_t attributeCount() const;  // declarations of namespaces are counted
-    NSString getAttributeNo(int32_t index) const;
+    bool hasAttributes() const;                                  // declarations of namespaces are counted here as well
+    int32_t attributeCount() const;                              // declarations of namespaces are counted
+    NSString getAttributeNo(int32_t index) const;                // the value; null behind the last
     NSString getAttribute(const NSString& qualifiedName) const;  // or the default that the DTD states
+    // Null for an attribute that is not there.
     NSString getAttribute_namespace(const NSString& localName, const NSString& uri) const;
     // The URI of a prefix; a null prefix asks for the default namespace.
     NSString lookupNamespace(const NSString& prefix) const;
@@ -88,11 +89,11 @@ public:
 
     // ---- The document
 
-    int32_t readState() const;  // a small input is at its end, 3, from the first `read` on
-    NSString encoding() const;
-    NSString xmlVersion() const;
-    bool standalone() const;  // true as well where the document does not say
-    bool isValid() const;     // false: nothing is validated
+    int32_t readState() const;    // a small input is at its end, 3, from the first `read` on
+    NSString encoding() const;    // null where none is named or found
+    NSString xmlVersion() const;  // as declared
+    bool standalone() const;      // true as well where the document does not say
+    bool isValid() const;         // false: nothing is validated
 
     // ---- For subclasses
 

@@ -46,6 +46,7 @@ public:
 
     // A file. One that cannot be opened gives a writer all the same, which answers -1.
     template <class T = WQXMLWriter> static Ref<T> newWithURL(const Ref<NSURL>& url) { return wq::make<T>(&T::initWithURL, url); }
+    // A buffer, which XMLData answers.
     template <class T = WQXMLWriter> static Ref<T> newToMemory() { return wq::make<T>(&T::initToMemory); }
     // A new document. It fills as the buffer does: it is complete after `flush`. A parser reads
     // behind the buffer, so `flush` is -1 for what is not well-formed, or more than 256 elements deep.
@@ -62,7 +63,8 @@ public:
     Ref<WQXMLDocument> XMLDocument() const;  // of newToXMLDocument, else null; it may outlive the writer
     Ref<NSData> XMLData() const;             // of newToMemory, else null: the live buffer, complete after `flush`
 
-    // ---- Documents, comments, instructions, sections, document types
+    // ---- Documents, comments, instructions, sections, document types: what is started is
+    // filled by the operations under Content and ended by the caller; the others write a whole one
 
     int32_t startDocumentWithVersion_encoding_standalone(const NSString& version, const NSString& encoding, const NSString& standalone);
     int32_t endDocument();  // closes what is open, and adds a line feed
@@ -85,9 +87,11 @@ public:
 
     // ---- Elements
 
+    // `name` is written whole, with any colon, and declares nothing.
     int32_t startElement(const NSString& name);
     // An empty prefix counts as none.
     int32_t startElement_prefix_namespace(const NSString& localName, const NSString& prefix, const NSString& uri);
+    // As "<a/>" if it is empty. What its namespaces defined is forgotten.
     int32_t endElement();
     // Writes an end tag also for an empty element. The element's namespaces stay defined for what follows.
     int32_t fullEndElement();
@@ -106,13 +110,15 @@ public:
     // Without control characters but for TAB, LF and CR; and escaped, if an element or attribute is open.
     int32_t writeString(const NSString& string);
     int32_t writeBase64(const Ref<NSData>& data);  // in lines of 72 characters, divided by CR and LF
-    int32_t writeBinHex(const Ref<NSData>& data);
+    int32_t writeBinHex(const Ref<NSData>& data);  // two digits for each byte
 
     // ---- Attributes of the element that was just started
 
+    // `name` is written whole, with any colon, and declares nothing.
     int32_t startAttribute(const NSString& name);
     // An empty prefix is a prefix here, and what comes out is not well-formed.
     int32_t startAttribute_prefix_namespace(const NSString& localName, const NSString& prefix, const NSString& uri);
+    // Starting an element or another attribute ends it as well, and so does the end of the element.
     int32_t endAttribute();
     // Asserts "Invalid parameter not satisfying: content", and then answers -1 with the attribute left open.
     int32_t writeAttribute_content(const NSString& name, const NSString& content);
@@ -124,7 +130,7 @@ public:
 
     // ---- Layout, and the end
 
-    int32_t setIndent(bool indent);
+    int32_t setIndent(bool indent);                   // a line for each element; off at first
     int32_t setIndentString(const NSString& string);  // of one level
     // Hands on all that was written so far. A file is complete only when the writer is gone: the C
     // library keeps a part of it until then. The last error of a writer that dies is lost.

@@ -7,12 +7,13 @@
 
 class WQXMLWriterElement : public wq::Object {
 public:
+    // An open element that defines `uri`, by a prefix or as the default namespace; nothing for a null URI.
     template <class T = WQXMLWriterElement>
     static Ref<T> newWithLocalName_prefix_namespaceURI(const NSString& name, const NSString& prefix, const NSString& uri) {
         return wq::make<T>(&T::initWithLocalName_prefix_namespaceURI, name, prefix, uri);
     }
 
-    const NSString& name() const { return my.name; }
+    const NSString& name() const { return my.name; }  // the local name
     // One map for each definition: "namespace", and "prefix" if it has one.
     const std::vector<Ref<NSDictionary>>& nsDefs() const { return my.nsDefs; }
 

@@ -26,9 +26,11 @@ template <class T> class NilHTMLWriter;
 //
 // Numbers are written with six digits, those from 999999.5 on and those below 0.0001 with an exponent, which the engine
 // does not read. A list format with empty braces is an empty value of "list-style-type", a syntax error of the engine: it
-// ends the process in the default build, and costs that list's style without hard assertions.
+// ends the process in the default build, and costs that list's style without hard assertions. So is the family of a font that is
+// no name of CSS, as "3M", and one with a quote in it is cut. Attributes that a style made always say "line-height: 0".
 class WQHTMLWriter : public wq::Object {
 public:
+    // A writer without prefix, namespace and base.
     template <class T = WQHTMLWriter> static Ref<T> newHTMLWriter() { return wq::make<T>(&T::init); }
     virtual bool init();
 
@@ -64,13 +66,15 @@ protected:
     virtual uint64_t encodeLinkInRange(NSRange range);
     virtual uint64_t encodeSpanInRange(NSRange range);
 
+    // What the steps write to; null behind an encoding.
     void setWriter(const Ref<WQXMLWriter>& writer) { my.writer = writer; }
     // Kept without a count, and not forgotten afterwards.
     void setSourceString(const NSAttributedString* string) { my.sourceString = string; }
+    // With the prefix and the namespace of all elements.
     void startElement(const NSString& name);
 
-    // Of the element around; made anew at each call.
-    Ref<WQCSSMutableStyleDeclaration> parentStyle() const;
+    Ref<WQCSSMutableStyleDeclaration> parentStyle() const;  // of the element around; made anew at each call
+    // Of the element around: the last one pushed. To pop answers it and takes it away; null if there is none.
     Ref<NSDictionary> parentAttributes() const;
     void pushParentAttributes(const Ref<NSDictionary>& attributes);
     Ref<NSDictionary> popParentAttributes();
@@ -78,6 +82,7 @@ protected:
     // The keyword in the braces of a list's marker format; null without braces.
     static NSString listStyleForList(const Ref<NSTextList>& list);
 
+    // The settings, and what an encoding keeps on its way; a step changes it by the operations above.
     struct {
         Ref<WQXMLWriter> writer;  // during an encoding
         const NSAttributedString* sourceString = nullptr;

@@ -14,12 +14,13 @@
 namespace wq {
 class Object;
 
+// What a handler is told.
 struct AssertionFailure {
     std::string_view operation;  // as it is called in C++: "insertChild_before"
     const Object* receiver;      // null in a class operation; not to be kept
     std::string_view file;       // "WQXMLNode", or with its folder above dom; no extension
-    int line;
-    NSString description;
+    int line;                    // of that file
+    NSString description;        // what does not hold, in words
 };
 
 // The default raises WQXMLException with the name "NSInternalInconsistencyException" and the
@@ -34,6 +35,7 @@ void fail(const AssertionFailure& failure);
 // Puts a handler in place for a scope.
 class AssertionScope {
 public:
+    // An empty handler means the default.
     explicit AssertionScope(AssertionHandler handler) : previous(setAssertionHandler(std::move(handler))) {}
     ~AssertionScope() { setAssertionHandler(std::move(previous)); }
     AssertionScope(const AssertionScope&) = delete;
@@ -43,6 +45,7 @@ private:
     AssertionHandler previous;
 };
 
+// For WQ_ASSERT: what stands between the last slash of a path and the first dot behind it.
 consteval std::string_view fileName(std::string_view path) {
     path.remove_prefix(path.rfind('/') + 1);
     return path.substr(0, path.find('.'));

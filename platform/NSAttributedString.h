@@ -32,7 +32,7 @@ public:
     }
 
     const NSString& string() const { return my.string; }  // the text without attributes
-    size_t length() const { return my.string.length(); }
+    size_t length() const { return my.string.length(); }  // UTF-16 units
 
     // The attributes at an index, and the run over which all of them hold. The dictionary is a copy, empty
     // where there are no attributes.

@@ -12,7 +12,7 @@ public:
     // This set without those characters.
     NSCharacterSet setWithoutCharacters(const NSString& characters) const;
 
-    bool characterIsMember(char16_t character) const;
+    bool characterIsMember(char16_t character) const;  // half of a surrogate pair is a character of its own here
     // Where the first member stands, from that unit on; NSNotFound if there is none.
     uint64_t indexOfMember(const NSString& string, uint64_t from = 0) const;
 

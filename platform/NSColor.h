@@ -36,6 +36,7 @@ public:
     double alphaComponent() const { return components().alpha; }
     // Null pointers are passed over. Null: sets 0.
     void getRed_green_blue_alpha(double* red, double* green, double* blue, double* alpha) const;
+    // Where the components belong; null for null.
     NSColorSpace colorSpace() const { return components().space; }
 
     // The same space and the same components. The dynamic colour equals itself alone, null nothing.

@@ -5,12 +5,13 @@
 
 class NSColorSpace {
 public:
-    NSColorSpace() = default;                                                                // null
-    static constexpr NSColorSpace genericRGBColorSpace() { return NSColorSpace(kGeneric); }  // that of calibrated colours
+    NSColorSpace() = default;  // null
+    // The spaces of the colours that NSColor makes from components; the generic one is that of calibrated colours.
+    static constexpr NSColorSpace genericRGBColorSpace() { return NSColorSpace(kGeneric); }
     static constexpr NSColorSpace deviceRGBColorSpace() { return NSColorSpace(kDevice); }
     static constexpr NSColorSpace sRGBColorSpace() { return NSColorSpace(kSRGB); }
 
-    explicit operator bool() const { return kind != kNull; }
+    explicit operator bool() const { return kind != kNull; }  // false for null alone
     bool operator==(const NSColorSpace&) const = default;
     NSString localizedName() const;  // "Generic RGB", "Device RGB", "sRGB"
 

@@ -26,8 +26,9 @@ public:
 
     // The bytes, valid as long as this object and until the next append. Null: empty.
     std::string_view view() const { return bytes ? std::string_view(*bytes) : std::string_view(); }
-    size_t length() const { return view().size(); }
+    size_t length() const { return view().size(); }  // bytes
 
+    // Null: nothing.
     void append(std::string_view more);
 
     // The bytes as they are now, for whoever reads them in place: a later append leaves these alone.

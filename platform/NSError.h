@@ -9,6 +9,7 @@
 
 class NSError : public wq::Object {
 public:
+    // `domain` says whose number `code` is; `description` is a line for people.
     static Ref<NSError> errorWithDomain_code_description(const NSString& domain, int64_t code, const NSString& description);
 
     const NSString& domain() const { return my.domain; }                              // whose numbers: as "NSPOSIXErrorDomain", "libcurl"
@@ -24,6 +25,7 @@ private:
     } my;
 };
 
+// For files; the codes are those of errno.
 inline constexpr const char16_t* NSPOSIXErrorDomain = u"NSPOSIXErrorDomain";
 
 // For text that is not in the encoding in which it was read.

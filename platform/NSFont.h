@@ -14,9 +14,10 @@ public:
     // behind it. Which font that is, is asked once in a process.
     static Ref<NSFont> userFontOfSize(double size);
 
+    // As the platform spells it.
     const NSString& familyName() const { return my.descriptor->familyName(); }
-    double pointSize() const { return my.descriptor->pointSize(); }  // points
-    Ref<NSFontDescriptor> fontDescriptor() const { return my.descriptor; }
+    double pointSize() const { return my.descriptor->pointSize(); }         // points
+    Ref<NSFontDescriptor> fontDescriptor() const { return my.descriptor; }  // always the same object
 
     // The file of the face, for whoever draws it; null if there is none.
     const NSString& path() const { return my.path; }

@@ -11,6 +11,7 @@ inline constexpr uint32_t NSFontBoldTrait = 2;
 
 class NSFontDescriptor : public wq::Object {
 public:
+    // As the platform spells it.
     const NSString& familyName() const { return my.familyName; }
     double pointSize() const { return my.pointSize; }  // points
     // Those of the face that was found, whatever was asked for. Null: 0.

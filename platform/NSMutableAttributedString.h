@@ -10,6 +10,7 @@ template <class T> class NilMutableAttributedString;
 // no attributes to change. Null takes nothing.
 class NSMutableAttributedString : public NSAttributedString {
 public:
+    // As NSAttributedString has them; the text that they make is of this class.
     template <class T = NSMutableAttributedString>
     static Ref<T> newWithString_attributes(const NSString& text, const Ref<NSDictionary>& attributes) {
         return NSAttributedString::newWithString_attributes<T>(text, attributes);

@@ -10,6 +10,8 @@ template <class T> class NilMutableParagraphStyle;
 // Lengths are in points, and stored as given. Null takes nothing.
 class NSMutableParagraphStyle : public NSParagraphStyle {
 public:
+    // ---- What the queries of NSParagraphStyle answer, which say what a length is measured from
+
     virtual void setParagraphSpacingBefore(double spacing) { my.paragraphSpacingBefore = spacing; }
     virtual void setParagraphSpacing(double spacing) { my.paragraphSpacing = spacing; }
     virtual void setFirstLineHeadIndent(double indent) { my.firstLineHeadIndent = indent; }

@@ -25,16 +25,16 @@ public:
     // The same style, to be changed; text blocks and text lists are shared with it. Null: null.
     Ref<NSMutableParagraphStyle> mutableCopy() const;
 
-    double paragraphSpacingBefore() const { return my.paragraphSpacingBefore; }
-    double paragraphSpacing() const { return my.paragraphSpacing; }        // behind the paragraph
-    double firstLineHeadIndent() const { return my.firstLineHeadIndent; }  // from the leading margin
-    double headIndent() const { return my.headIndent; }                    // of the other lines
-    double tailIndent() const { return my.tailIndent; }                    // from the leading margin, or below 0 from the trailing one
-    double minimumLineHeight() const { return my.minimumLineHeight; }
+    double paragraphSpacingBefore() const { return my.paragraphSpacingBefore; }  // ahead of the paragraph
+    double paragraphSpacing() const { return my.paragraphSpacing; }              // behind the paragraph
+    double firstLineHeadIndent() const { return my.firstLineHeadIndent; }        // from the leading margin
+    double headIndent() const { return my.headIndent; }                          // of the other lines
+    double tailIndent() const { return my.tailIndent; }                  // from the leading margin, or below 0 from the trailing one
+    double minimumLineHeight() const { return my.minimumLineHeight; }    // 0: no limit
     double maximumLineHeight() const { return my.maximumLineHeight; }    // 0: no limit
     double lineHeightMultiple() const { return my.lineHeightMultiple; }  // of the font's own; 0: none
-    long alignment() const { return my.alignment; }
-    const std::vector<double>& tabStops() const { return my.tabStops; }                // from the leading margin
+    long alignment() const { return my.alignment; }                      // of the numbers above
+    const std::vector<double>& tabStops() const { return my.tabStops; }  // from the leading margin
     const std::vector<Ref<NSTextBlock>>& textBlocks() const { return my.textBlocks; }  // outermost first
     const std::vector<Ref<NSTextList>>& textLists() const { return my.textLists; }     // outermost first
 
@@ -43,6 +43,7 @@ public:
     bool isEqual(const Ref<wq::Object>& other) const override;
 
 protected:
+    // What the queries of the same names answer, and the mutable style sets.
     struct Fields {
         double paragraphSpacingBefore = 0;
         double paragraphSpacing = 0;
@@ -57,5 +58,5 @@ protected:
         std::vector<Ref<NSTextBlock>> textBlocks;
         std::vector<Ref<NSTextList>> textLists;
         bool operator==(const Fields&) const = default;
-    } my;
+    } my;  // this style's
 };

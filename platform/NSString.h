@@ -23,17 +23,20 @@ enum NSStringEncoding : unsigned long { NSUTF8StringEncoding = 4 };
 
 class NSString {
 public:
-    NSString() = default;  // null
-    NSString(std::nullptr_t) {}
+    NSString() = default;        // null
+    NSString(std::nullptr_t) {}  // null
+    // A copy of the units up to the first NUL; null for a null pointer.
     NSString(const char16_t* literal) : present(literal != nullptr) {
         if (literal) text = literal;
     }
+    // Never null; NUL is a unit like others.
     NSString(std::u16string units) : text(std::move(units)), present(true) {}
     NSString(std::u16string_view units) : text(units), present(true) {}
 
-    explicit operator bool() const noexcept { return present; }
-    size_t length() const noexcept { return text.size(); }
-    std::u16string_view view() const noexcept { return text; }  // valid as long as this string is
+    explicit operator bool() const noexcept { return present; }  // false for null alone
+    size_t length() const noexcept { return text.size(); }       // UTF-16 units
+    // Valid until this string is changed or destroyed.
+    std::u16string_view view() const noexcept { return text; }
     operator std::u16string_view() const noexcept { return text; }
 
     // The text of a resource; a byte order mark is a character of it. Null, and the error set if one is given, where it
@@ -57,6 +60,7 @@ public:
     // By Unicode's rules without those of a language, so that U+0130 becomes two characters. Null answers null.
     NSString lowercaseString() const;
 
+    // Null counts as empty on the left, so that the result is never null.
     NSString& operator+=(std::u16string_view more) {
         text += more;
         present = true;
@@ -64,6 +68,7 @@ public:
     }
     friend NSString operator+(NSString left, std::u16string_view right) { return std::move(left += right); }
     bool operator==(const NSString&) const = default;
+    // A null pointer equals null.
     bool operator==(const char16_t* literal) const { return literal ? present && text == literal : !present; }
     // Unit by unit; null comes first.
     std::strong_ordering operator<=>(const NSString& other) const {
@@ -81,7 +86,7 @@ void PrintTo(const NSString& string, std::ostream* out);  // GoogleTest: "p", or
 
 namespace wq {
 // Ill-formed bytes become U+FFFD, one for each maximal part that cannot be read. A NUL byte passes
-// in the second form. The first two answer null for null.
+// in the last form, and ends the text in the others, which answer null for null.
 NSString fromUTF8(const char* bytes);
 NSString fromUTF8(const unsigned char* bytes);
 NSString fromUTF8(std::string_view bytes);
@@ -93,7 +98,9 @@ inline constexpr const char16_t* nullText = u"(null)";
 // The string, or nullText for null.
 NSString printed(const NSString& string);
 
+// For `using namespace wq::literals`, in files that do not use all of wq.
 inline namespace literals {
+// A string of all units of the literal, also of those behind a NUL: u"text"_ns.
 inline NSString operator""_ns(const char16_t* units, size_t length) { return std::u16string_view(units, length); }
 }  // namespace literals
 }  // namespace wq

@@ -15,6 +15,7 @@ public:
         return newWithMarkerFormat<T>(format);
     }
 
+    // As it was given.
     const NSString& markerFormat() const { return my.markerFormat; }
 
     // The format with the marker of that number in place of the first keyword and its braces; without

@@ -12,6 +12,7 @@ class NSValue {
 
 public:
     NSValue() = default;  // null
+    // The kind that is given; a null pointer, null string or null reference makes the null value.
     NSValue(std::nullptr_t) {}
     template <class B>
     requires std::is_same_v<B, bool> NSValue(B boolean) : value(boolean) {}  // no pointer becomes a boolean

@@ -13,6 +13,7 @@
 
 #include "platform/NSString.h"
 
+// What the object layer stands on: counted objects, assertions, the log, and the crossings of strings to UTF-8.
 namespace wq {
 
 class Object;
@@ -23,7 +24,7 @@ template <class T> class Ref;
 // descriptors by address.
 class Class {
 public:
-    template <class T> static const Class& of();
+    template <class T> static const Class& of();  // that of T, which has a default constructor
     // The class that `object` was made with; null for an object that no Class made.
     static const Class* of(const Object& object);
 
@@ -44,6 +45,7 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
+    // Adds a count, to be given up by release or drop. A Ref does both by itself.
     void retain() noexcept { ++count; }
 
     // Gives one count up. The last one tears the object down, which may raise (see
@@ -57,7 +59,7 @@ public:
 
     // True for the one object that stands behind every null Ref of a class.
     bool isNil() const noexcept { return flags & kNil; }
-    int32_t referenceCount() const noexcept { return count; }
+    int32_t referenceCount() const noexcept { return count; }  // for tests and debugging
 
     // "<ClassName: 0x...>". Null: null, which prints as "(null)".
     virtual NSString description() const;
@@ -72,12 +74,15 @@ public:
 
 protected:
     virtual ~Object() { objectDies(); }
+    // What giving up the last count calls; it deletes the object, in overrides too. One that takes and gives up counts
+    // on its way sets kDying first, so that it is not called again.
     virtual void teardown() { delete this; }
 
-    enum Flag : uint8_t { kNil = 1, kDying = 2 };  // bits from 16 up are free for derived classes
-    int32_t count = 0;
-    uint16_t classIndex = 0;
-    uint8_t flags = 0;
+    // Bits from 16 up are free for derived classes.
+    enum Flag : uint8_t { kNil = 1, kDying = 2 };
+    int32_t count = 0;        // a new object belongs to nobody
+    uint16_t classIndex = 0;  // of the Class that made it; 0 for none
+    uint8_t flags = 0;        // bits of Flag
 
 private:
     friend class Class;
@@ -129,14 +134,17 @@ template <class T> T* immortal() {
 template <class T> class Ref {
 public:
     Ref() noexcept = default;
-    Ref(std::nullptr_t) noexcept {}
+    Ref(std::nullptr_t) noexcept {}  // null
+    // Takes a count of the target.
     explicit Ref(T* target) noexcept : object(target && !target->isNil() ? target : nullptr) {
         if (object) object->retain();
     }
+    // Copies take a count. Moves take over that of `other`, which is null afterwards.
     Ref(const Ref& other) noexcept : object(other.object) {
         if (object) object->retain();
     }
     Ref(Ref&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+    // From a reference to a derived class, in the same way.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
     noexcept : object(other.get()) {
@@ -148,6 +156,7 @@ public:
     ~Ref() {
         if (object) object->drop();
     }
+    // The old count is given up when this reference has the new object already.
     Ref& operator=(Ref other) noexcept {
         std::swap(object, other.object);
         return *this;
@@ -166,9 +175,10 @@ public:
         if (T* old = leak()) old->release();
     }
 
-    T* get() const noexcept { return object; }
-    T* operator->() const { return object ? object : nil<T>(); }
-    explicit operator bool() const noexcept { return object; }
+    T* get() const noexcept { return object; }                    // not counted; null for null
+    T* operator->() const { return object ? object : nil<T>(); }  // never null
+    explicit operator bool() const noexcept { return object; }    // false for null alone
+    // Whether both are the same object, or null; isEqual compares values.
     template <class U> bool operator==(const Ref<U>& other) const noexcept { return object == other.get(); }
     bool operator==(const Object* other) const noexcept { return object == other; }
     bool operator==(std::nullptr_t) const noexcept { return !object; }
@@ -182,8 +192,8 @@ static_assert(sizeof(Ref<Object>) == sizeof(void*));
 template <class T, class U> Ref<T> cast(const Ref<U>& object) { return Ref<T>(dynamic_cast<T*>(object.get())); }
 
 // make<T>(&T::initWithName, name): a new object of class T, initialised; null if the initialiser
-// answers false. The second form takes the class at run time ("of the receiver's class"), which
-// must be T or derived from it.
+// answers false. With `made`, the class is taken at run time ("of the receiver's class"); it must be
+// T or derived from it.
 template <class T, class B, class... P, class... A> Ref<T> make(const Class& made, bool (B::*init)(P...), A&&... arguments) {
     auto result = Ref<T>::adopt(static_cast<T*>(made.make()));
     return (result.get()->*init)(std::forward<A>(arguments)...) ? result : nullptr;

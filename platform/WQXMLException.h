@@ -11,8 +11,9 @@ inline constexpr const char16_t* NSInternalInconsistencyException = u"NSInternal
 
 class WQXMLException : public std::exception {
 public:
+    // A name such as "NSRangeException", and what happened, in words.
     WQXMLException(NSString name, NSString reason);
-    const NSString& name() const noexcept { return my.name; }
+    const NSString& name() const noexcept { return my.name; }                  // for programs
     const NSString& reason() const noexcept { return my.reason; }              // for people
     const char* what() const noexcept override { return my.printed.c_str(); }  // "name: reason", UTF-8
 

@@ -30,8 +30,8 @@ public:
     // nothing, and a function no parentheses: "a, b" reads "ab", "counter(page)" reads "counterpage".
     std::string GetChildrenString() const;
 
-    int32_t type = 0;
-    std::string text;
+    int32_t type = 0;  // as above; 0 at the root
+    std::string text;  // as above: bytes of the source
     // Owned. AddChild makes them; whoever takes a child out takes out all of them.
     AST* child = nullptr;
     AST* next = nullptr;

@@ -14,9 +14,9 @@ public:
     Counter(std::string anIdentifier, std::string aListStyle, std::string aSeparator)
         : identifier(std::move(anIdentifier)), listStyle(std::move(aListStyle)), separator(std::move(aSeparator)) {}
 
-    const std::string identifier;
-    const std::string listStyle;  // "decimal" where the style sheet has none
-    const std::string separator;  // empty where the style sheet has none
+    const std::string identifier;  // which counter: "page" of counter(page)
+    const std::string listStyle;   // "decimal" where the style sheet has none
+    const std::string separator;   // empty where the style sheet has none
 };
 
 }  // namespace CSS

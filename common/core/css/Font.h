@@ -14,19 +14,21 @@ public:
     // Clone and setters when a font object that it keeps has grown old.
     virtual Font* Clone() const = 0;
 
+    // Nothing is checked against the fonts that there are.
     virtual WQCSSFontWeight Weight() const;
     virtual void SetWeight(WQCSSFontWeight newWeight);  // cut to four bits
     virtual float Size() const;                         // points
     virtual void SetSize(float newSize);
     virtual WQCSSFontStyle Style() const;
     virtual void SetStyle(WQCSSFontStyle newStyle);  // cut to two bits
-    virtual std::string Family() const;
+    virtual std::string Family() const;              // one name, in UTF-8
     virtual void SetFamily(const std::string& newFamily);
 
 protected:
     Font() = default;
     Font(const Font&) = default;
 
+    // What the operations above read and write; the platform's class starts with a family of its own.
     uint32_t weight : 4 = WQCSSFontWeightNormal;
     uint32_t style : 2 = WQCSSFontStyleNormal;
     float size = 12;

@@ -62,6 +62,7 @@ public:
     Value* valueFromStyle(Style* style) override;
 };
 
+// None or underline: there is no keyword for other lines.
 class PropTextDecoration : public Property {
 public:
     PropTextDecoration() : Property(PropertyTextDecoration) {}

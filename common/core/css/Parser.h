@@ -20,10 +20,12 @@
 
 namespace CSS {
 
+// A syntax error on its way out of the parser; nobody else sees it. There is none where hard assertions are.
 class ParseError : public std::exception {
 public:
+    // The message is what the parser prints.
     explicit ParseError(std::string aMessage) : message(std::move(aMessage)) {}
-    const char* what() const noexcept override { return message.c_str(); }
+    const char* what() const noexcept override { return message.c_str(); }  // the message
 
 private:
     std::string message;  // "CSS Parse Error before token " and the token

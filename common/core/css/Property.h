@@ -41,10 +41,11 @@ public:
     // is no value.
     virtual bool validate(AST* term, AST** next);
 
-    virtual std::string cssText();  // "color: #ff0000!important; ", with "???" for no value
-    virtual bool isShorthandProperty();
+    virtual std::string cssText();       // "color: #ff0000!important; ", with "???" for no value
+    virtual bool isShorthandProperty();  // true for a ShorthandProperty alone
 
-    PrimitiveValue* primitiveValue() const;  // the value, or null if it is none of this kind
+    // The value, which stays the property's; null if it is none of this kind.
+    PrimitiveValue* primitiveValue() const;
     ValueList* valueList() const;
     std::string name() const;        // by number: empty for an unknown property
     void setValue(Value* newValue);  // takes a count; null is no value
@@ -59,12 +60,13 @@ public:
     // How many properties were made since the last parse began. Every parse begins with 0.
     static int32_t gOrderCounter;
 
-    const PropertyID id;
-    SharedPtr<Value> value;
-    bool important = false;
-    const int32_t order;  // the counter before this object was counted
+    const PropertyID id;     // PropertyUnknown for a name that is none
+    SharedPtr<Value> value;  // null until validation or a caller sets one
+    bool important = false;  // written with "!important": the cascade lifts it (see StyleResolver.h)
+    const int32_t order;     // the counter before this object was counted
 
 protected:
+    // Counts the new object: the next one has the next order.
     explicit Property(PropertyID anID) : id(anID), order(gOrderCounter++) {}
 };
 
@@ -75,13 +77,13 @@ public:
     virtual std::vector<SharedPtr<Property>> propertyList() = 0;  // the parts that validation has set, in their order
 
 protected:
-    using Property::Property;
+    using Property::Property;  // a shorthand counts like any other property
 };
 
 // A property of a name that is none. No value is valid for it.
 class PropGeneric : public Property {
 public:
-    explicit PropGeneric(std::string aName);
+    explicit PropGeneric(std::string aName);   // any text; name() is empty all the same
     void applyToStyle(Style* style) override;  // nothing
     Value* valueFromStyle(Style* style) override;
 

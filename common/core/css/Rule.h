@@ -15,6 +15,7 @@ public:
     virtual void Print() const = 0;  // on standard output, for debugging
 };
 
+// Declarations, and the selectors of the elements that they hold for.
 class StyleRule : public Rule {
 public:
     StyleRule();
@@ -29,6 +30,7 @@ public:
     SharedPtr<MutableStyleDeclaration> declaration;  // never null
 };
 
+// Declarations for pages, without effect on any style.
 class PageRule : public Rule {
 public:
     PageRule();
@@ -43,8 +45,8 @@ class MediaRule : public Rule {
 public:
     void Print() const override;  // nothing
 
-    std::vector<std::string> media;  // names, as typed
-    std::vector<SharedPtr<StyleRule>> rules;
+    std::vector<std::string> media;           // names, as typed
+    std::vector<SharedPtr<StyleRule>> rules;  // in their order
 };
 
 // Imports are not followed.
@@ -52,8 +54,8 @@ class ImportRule : public Rule {
 public:
     void Print() const override;  // nothing
 
-    std::string href;  // raw: with its quotes, or with "url(" and ")"; may be empty
-    std::vector<std::string> media;
+    std::string href;                // raw: with its quotes, or with "url(" and ")"; may be empty
+    std::vector<std::string> media;  // names, as typed; none for all media
 };
 
 }  // namespace CSS

@@ -22,6 +22,7 @@ public:
     std::string cssText() override;     // "font:italic 12pt/1.5 Times, serif; "; importance is not written
     std::vector<SharedPtr<Property>> propertyList() override;
 
+    // The parts; null where no value had one.
     SharedPtr<PropFontStyle> fontStyle;
     SharedPtr<PropFontVariant> fontVariant;
     SharedPtr<PropFontWeight> fontWeight;
@@ -44,6 +45,7 @@ public:
     bool validate(AST* root) override;
     std::vector<SharedPtr<Property>> propertyList() override;  // top, left, bottom, right
 
+    // The sides: null until a value was valid, then none of them is.
     SharedPtr<PropMarginTop> marginTop;
     SharedPtr<PropMarginLeft> marginLeft;
     SharedPtr<PropMarginBottom> marginBottom;

@@ -12,6 +12,7 @@
 #include "common/core/css/StyleTypes.h"
 #include "common/core/include/Shared.h"
 
+// The CSS engine: from text over rules and the cascade to the style of a node.
 namespace CSS {
 
 // Copied from the parent's style by value.
@@ -46,9 +47,12 @@ public:
     // The inherited properties are copied, the font is shared. `parent` must not be null.
     virtual void InheritPropertiesFrom(Style* parent);
 
+    // ---- The fields, each with a getter and a setter. Lengths, font sizes and the widths of borders are in points,
+    // unless the type of a length says otherwise; line heights are multiples of the font size.
+
     virtual CSSColor GetColor() const;
     virtual void SetColor(CSSColor color);
-    virtual void SetFont(const SharedPtr<Font>& newFont);
+    virtual void SetFont(const SharedPtr<Font>& newFont);  // shared with whoever holds it; null takes the font away
     virtual WQCSSDisplay GetDisplay() const;
     virtual void SetDisplay(WQCSSDisplay display);
     virtual uint32_t GetPosition() const;  // always 0: the property has no effect
@@ -118,6 +122,8 @@ public:
     virtual void SetPageBreakAfter(WQCSSPageBreakAfter pageBreak);
     virtual WQCSSPageBreakBefore GetPageBreakBefore() const;
     virtual void SetPageBreakBefore(WQCSSPageBreakBefore pageBreak);
+
+    // ---- Units
 
     static float DPI();  // 72
 

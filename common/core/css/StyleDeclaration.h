@@ -24,13 +24,14 @@ public:
     // Not supported: priorities can be written and not read. A hard assertion; without hard assertions, empty.
     virtual std::string propertyPriority(const std::string& name);
 
-    virtual std::string cssText() = 0;
+    virtual std::string cssText() = 0;                  // the properties, each with "; " behind it
     virtual size_t length() = 0;                        // how many properties
     virtual std::string item(unsigned long index) = 0;  // the name of one
 
     // Not supported: a declaration does not know its rule. A hard assertion; without hard assertions, null.
     virtual Rule* parentRule();
 
+    // The first property of a name, and the one at an index; subclasses say what answers for those that are not there.
     virtual SharedPtr<Property> property(const std::string& name) = 0;
     virtual SharedPtr<Property> propertyAtIndex(unsigned long index) = 0;
 
@@ -68,12 +69,13 @@ public:
     // Takes a count of it. Of a shorthand the parts are added, which are not important, and it is let go.
     virtual void addProperty(Property* added);
 
-    std::vector<SharedPtr<Property>> properties;
+    std::vector<SharedPtr<Property>> properties;  // in the order of their addition; none is null
 };
 
 // What a resolved style says, property by property. It holds none: each question makes one anew.
 class ComputedStyleDeclaration : public StyleDeclaration {
 public:
+    // Takes a count of the style, which must not be null.
     explicit ComputedStyleDeclaration(Style* aStyle) : style(aStyle) {}
 
     // New, with a count of 0; null for shorthands, for properties without effect on styles and for unknown names.
@@ -86,7 +88,7 @@ public:
     SharedPtr<Property> property(const std::string& name) override;     // new, without value
     SharedPtr<Property> propertyAtIndex(unsigned long index) override;  // as property(item(index))
 
-    SharedPtr<Style> style;
+    SharedPtr<Style> style;  // a change to it shows in the next answer
 };
 
 }  // namespace CSS

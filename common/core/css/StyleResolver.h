@@ -19,6 +19,7 @@ namespace CSS {
 // A property with its key in the cascade.
 class SortedProperty : public SharedObject {
 public:
+    // `specificity` is that of the selector, or of a style attribute (see Selector.h).
     SortedProperty(const SharedPtr<Property>& aProperty, Stylesheet::Origin origin, unsigned short specificity);
 
     // Whether it gives way to one that comes later for the same property: by key, then by order, both as unsigned numbers.
@@ -26,9 +27,9 @@ public:
 
     void Print() const;  // "color: red; sortPriority: 0x30001 order: 2" and a line end, on standard output
 
-    SharedPtr<Property> property;
-    uint32_t sortPriority;  // the level of origin and importance above, the specificity in the low 16 bits
-    int32_t order;          // the property's
+    SharedPtr<Property> property;  // never null
+    uint32_t sortPriority;         // the level of origin and importance above, the specificity in the low 16 bits
+    int32_t order;                 // the property's
 };
 
 // The winners so far: at most one for each property.
@@ -50,15 +51,17 @@ public:
 // A rule that a resolver has taken in.
 class ProcessedRule : public SharedObject {
 public:
+    // The rule is shared with its sheet; the origin is that of the sheet at the time.
     ProcessedRule(const SharedPtr<StyleRule>& aRule, Stylesheet::Origin anOrigin) : rule(aRule), origin(anOrigin) {}
 
-    SharedPtr<StyleRule> rule;
-    Stylesheet::Origin origin;
+    SharedPtr<StyleRule> rule;  // never null
+    Stylesheet::Origin origin;  // weighs more than specificity and order do
 };
 
 class StyleResolver : public SharedObject {
 public:
     StyleResolver() = default;
+    // `aMedium` is kept, and makes no difference.
     explicit StyleResolver(const std::string& aMedium) : medium(aMedium) {}
 
     // Keeps the sheet, and does no more: its rules come in by ProcessRules.
@@ -80,10 +83,10 @@ public:
     // attribute costs a warning, or is a syntax error (see Parser), which costs all of the attribute.
     SharedPtr<Style> ResolveStyle(_xmlNode* node, const SharedPtr<Style>& parent) const;
 
-    std::string medium = "Print";  // read by nothing
-    std::vector<SharedPtr<Stylesheet>> stylesheets;
-    std::vector<SharedPtr<Selector>> selectors;  // stays empty
-    std::vector<SharedPtr<ProcessedRule>> processedRules;
+    std::string medium = "Print";                          // read by nothing
+    std::vector<SharedPtr<Stylesheet>> stylesheets;        // those of AddStylesheet; read by nothing
+    std::vector<SharedPtr<Selector>> selectors;            // stays empty
+    std::vector<SharedPtr<ProcessedRule>> processedRules;  // in the order in which they came
 };
 
 }  // namespace CSS

@@ -11,16 +11,18 @@ enum WQCSSLengthType : int32_t {
     WQCSSLengthTypeAuto = 4,
 };
 
+// A length of a style; 0 points, unless it is made with something else.
 struct _WQCSSLength {
-    float value = 0;
-    int32_t type = WQCSSLengthTypeAbsolute;
+    float value = 0;                         // points or percent; without meaning for other types
+    int32_t type = WQCSSLengthTypeAbsolute;  // a WQCSSLengthType
 
     // As floats are: a length that is not a number differs from itself.
     bool operator==(const _WQCSSLength& other) const = default;
 };
 
+// The border on one side of a box. It has neither colour nor style.
 struct _WQCSSBorder {
-    int32_t width = 0;
+    int32_t width = 0;     // points
     int32_t reserved = 0;  // kept and compared, interpreted by nobody
 
     bool operator==(const _WQCSSBorder& other) const = default;
@@ -36,10 +38,13 @@ enum WQCSSLengthUnits : uint32_t {
     WQCSSLengthUnitsPica = 6,
 };
 
+// The three ways of CSS that the engine knows.
 enum WQCSSDisplay : uint32_t { WQCSSDisplayBlock = 0, WQCSSDisplayInline = 1, WQCSSDisplayNone = 2 };
 
+// There is no oblique.
 enum WQCSSFontStyle : uint32_t { WQCSSFontStyleNormal = 0, WQCSSFontStyleItalic = 1 };
 
+// There are no numbers between the two: see PropFontWeight.
 enum WQCSSFontWeight : uint32_t { WQCSSFontWeightNormal = 0, WQCSSFontWeightBold = 1 };
 
 // The numbers are those of the platform's alignments.
@@ -50,8 +55,10 @@ enum WQCSSTextAlign : uint32_t {
     WQCSSTextAlignJustify = 3,
 };
 
+// There are no lines but the one below.
 enum WQCSSTextDecoration : uint32_t { WQCSSTextDecorationNone = 0, WQCSSTextDecorationUnderline = 1 };
 
+// There is no baseline: a new style has the middle.
 enum WQCSSVerticalAlign : uint32_t { WQCSSVerticalAlignTop = 0, WQCSSVerticalAlignMiddle = 1, WQCSSVerticalAlignBottom = 2 };
 
 // "inherit" is a value of its own here, which nothing resolves against a parent.
@@ -61,6 +68,7 @@ enum WQCSSPageBreakAfter : uint32_t {
     WQCSSPageBreakAfterInherit = 2,
 };
 
+// As WQCSSPageBreakAfter.
 enum WQCSSPageBreakBefore : uint32_t {
     WQCSSPageBreakBeforeAuto = 0,
     WQCSSPageBreakBeforeAlways = 1,

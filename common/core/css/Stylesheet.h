@@ -12,6 +12,7 @@ namespace CSS {
 
 class Stylesheet : public SharedObject {
 public:
+    // Whose rules they are, which the cascade weighs first (see StyleResolver.h).
     enum Origin : int32_t { UserAgent = 0, User = 1, Author = 2 };
 
     // A new sheet with a count of 0, parsed from a file, up to its first NUL; null if it cannot be opened, is a folder,
@@ -24,6 +25,7 @@ public:
 
     void Print() const;  // the style rules, on standard output, for debugging
 
+    // Each in the order of the text; none is null. Style rules alone have an effect.
     std::vector<SharedPtr<StyleRule>> styleRules;
     std::vector<SharedPtr<MediaRule>> mediaRules;
     std::vector<SharedPtr<PageRule>> pageRules;

@@ -15,9 +15,10 @@ extern const ValueID propInvalidValues[];
 #include "common/core/css/Properties.def"
 #undef WQ_CSS_PROPERTY
 
+// A row of the table below.
 struct ValidValues {
-    PropertyID property;
-    const ValueID* values;
+    PropertyID property;    // the index of the row
+    const ValueID* values;  // up to ValueInvalid
 };
 
 // Indexed by PropertyID; row 0 is empty. Three properties check their values by rules of their own and do not

@@ -56,18 +56,19 @@ enum UnitType : unsigned short {
 
 class Value : public SharedObject {
 public:
-    virtual std::string cssText() const = 0;
+    virtual std::string cssText() const = 0;  // as in a style sheet, but for what the subclasses say
 
     // Not supported: a hard assertion. Without hard assertions nothing changes.
     virtual void setCssText(std::string text) = 0;
 
     virtual unsigned short cssValueType() const = 0;  // a ValueType
     virtual bool isInheritedValue() const;            // false for all there are
-    virtual bool isPrimitiveValue() const;
-    virtual bool isValueList() const;
-    virtual bool isCustomValue() const;  // false for all there are
+    virtual bool isPrimitiveValue() const;            // true for a PrimitiveValue alone
+    virtual bool isValueList() const;                 // true for a ValueList alone
+    virtual bool isCustomValue() const;               // false for all there are
 };
 
+// Anything but a list: a payload of one of a few types, and a code (a UnitType) that says what it is.
 class PrimitiveValue : public Value {
 public:
     // Code 0 and no payload. Like any value at code 0 that was given no text it reads as the empty text.
@@ -123,6 +124,7 @@ public:
     _WQCSSLength lengthValueForStyle(Style* style) const;
 
     unsigned short primitiveType;  // a UnitType; read it, change it by the operations
+    // The payload, of the alternative that the maker or setter put in; null for a counter that is null.
     std::variant<std::monostate, float, ValueID, CSSColor, std::unique_ptr<std::string>, SharedPtr<Counter>> primitiveValue;
 };
 static_assert(sizeof(PrimitiveValue) <= 32, "numbers, keywords and colours cost one small allocation");
@@ -139,7 +141,7 @@ public:
     unsigned short cssValueType() const override;
     bool isValueList() const override;
 
-    std::vector<SharedPtr<Value>> values;
+    std::vector<SharedPtr<Value>> values;  // in their order; may hold null
 };
 
 // The value that a stored length reads back as: pixels for points, a percentage, or the keyword "auto". New, with a

@@ -13,11 +13,14 @@ namespace wq {
 [[noreturn]] void hardAssertionFailed(const char* expression, const char* function, const char* file, int line) noexcept;
 }  // namespace wq
 
+// Stays in every build. `file` and `function` are the names to be printed; the expression is evaluated once.
 #define WQ_HARD_ASSERT_ALWAYS(file, function, expression) \
     ((expression) ? void() : wq::hardAssertionFailed(#expression, function, file, __LINE__))
 
 #ifdef WQ_NO_HARD_ASSERTIONS
+// As WQ_HARD_ASSERT_ALWAYS; where assertions are compiled out, the expression is not evaluated.
 #define WQ_HARD_ASSERT(file, function, expression) static_cast<void>(sizeof(!(expression)))
 #else
+// As WQ_HARD_ASSERT_ALWAYS; where assertions are compiled out, the expression is not evaluated.
 #define WQ_HARD_ASSERT(file, function, expression) WQ_HARD_ASSERT_ALWAYS(file, function, expression)
 #endif

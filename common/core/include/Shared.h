@@ -13,16 +13,18 @@
 class SharedObject {
 public:
     SharedObject() = default;
-    SharedObject(const SharedObject&) : refCount(0) {}  // a copy is a new object
-    SharedObject& operator=(const SharedObject&) { return *this; }
+    SharedObject(const SharedObject&) : refCount(0) {}              // a copy is a new object
+    SharedObject& operator=(const SharedObject&) { return *this; }  // both keep their counts
     virtual ~SharedObject() { WQ_HARD_ASSERT_ALWAYS("common/core/include/Shared", "~SharedObject", refCount == 0); }
 
     int32_t refCount = 0;  // how many SharedPtr values point here
 };
 
+// One count of an object, or null. Whoever gives up the last one deletes the object.
 template <class T> class SharedPtr {
 public:
     SharedPtr() = default;
+    // Takes a count, unless it is null.
     SharedPtr(T* target) : pointer(target) { retain(); }
     SharedPtr(const SharedPtr& other) : pointer(other.pointer) { retain(); }
     ~SharedPtr() { release(); }
@@ -37,6 +39,7 @@ public:
         return *this;
     }
 
+    // The object, not counted; null for null. Unlike a Ref, a null pointer must not be followed.
     T* Get() const { return pointer; }
     T* operator->() const { return pointer; }
     T& operator*() const { return *pointer; }

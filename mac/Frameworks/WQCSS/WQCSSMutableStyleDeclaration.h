@@ -8,6 +8,7 @@ template <class T> class NilMutableStyleDeclaration;
 
 class WQCSSMutableStyleDeclaration : public WQCSSStyleDeclaration {
 public:
+    // Without properties.
     template <class T = WQCSSMutableStyleDeclaration> static Ref<T> newStyleDeclaration() { return wq::make<T>(&T::init); }
     virtual bool init();  // around a new, empty declaration
 

@@ -8,9 +8,11 @@ template <class T> class NilPrimitiveValue;
 // Unit types are those of CSS::UnitType. Around a value of another kind it is as around none.
 class WQCSSPrimitiveValue : public WQCSSValue {
 public:
+    // Of no kind (CSS::CSS_UNKNOWN), to be set.
     template <class T = WQCSSPrimitiveValue> static Ref<T> newPrimitiveValue() { return wq::make<T>(&T::init); }
     virtual bool init();  // around a new value of no kind
 
+    // A new value as the setter below leaves it. `unitType` is a CSS::UnitType.
     template <class T = WQCSSPrimitiveValue> static Ref<T> primitiveValueWithFloat_unitType(float number, unsigned short unitType) {
         const auto value = newPrimitiveValue<T>();
         value->setFloatValue_unitType(number, unitType);
@@ -23,7 +25,7 @@ public:
         return value;
     }
 
-    unsigned short primitiveType() const;
+    unsigned short primitiveType() const;  // a CSS::UnitType; 0 around a value of another class
 
     // The stored number as it is: the unit type is not used, nothing is converted.
     float floatValue(unsigned short unitType) const;

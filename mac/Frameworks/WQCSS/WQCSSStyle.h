@@ -17,6 +17,7 @@ public:
     template <class T = WQCSSStyle> static Ref<T> newWithCSSStyle(CSS::Style* style) { return wq::make<T>(&T::initWithCSSStyle, style); }
     virtual bool initWithCSSStyle(CSS::Style* style);
 
+    // The engine's, which this object keeps; null around none.
     CSS::Style* cssStyle() const { return my.style.Get(); }
 
     // In points; a number that is no unit counts as a pixel, which is a point.
@@ -162,4 +163,5 @@ public:
     bool initWithCSSStyle(CSS::Style*) override { return false; }
 };
 
+// No length at all (type 0), where a length is 0 points unless it is made with something else.
 template <> inline _WQCSSLength WQCSSStyle::zero() { return {0, 0}; }

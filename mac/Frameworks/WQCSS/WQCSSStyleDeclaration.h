@@ -16,13 +16,14 @@ public:
     }
     virtual bool initWithCSSStyleDeclaration(CSS::StyleDeclaration* declaration);
 
+    // The engine's, which this object keeps; null around none.
     CSS::StyleDeclaration* cssStyleDeclaration() const { return my.styleDeclaration.Get(); }
 
-    NSString cssText() const;
+    NSString cssText() const;                                      // the properties, each with "; " behind it
     NSString propertyValue(const NSString& name) const;            // empty where there is none
     Ref<WQCSSValue> propertyCSSValue(const NSString& name) const;  // a new object each time; null where there is none
     NSString propertyPriority(const NSString& name) const;         // not supported: a hard assertion of the engine
-    size_t length() const;
+    size_t length() const;                                         // how many properties
     NSString item(size_t index) const;  // behind the last: std::out_of_range, or empty for a computed declaration
 
     // Takes out of `other` what this declaration says in the same words. Null: nothing.

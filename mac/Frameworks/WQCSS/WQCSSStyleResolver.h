@@ -11,6 +11,7 @@ template <class T> class NilStyleResolver;
 // Around no resolver, as on null, every query answers null, and nothing is taken in.
 class WQCSSStyleResolver : public wq::Object {
 public:
+    // Without rules; processRulesFromStyleSheet brings them.
     template <class T = WQCSSStyleResolver> static Ref<T> newStyleResolver() { return wq::make<T>(&T::init); }
     virtual bool init();  // around a new one, without rules
 
@@ -20,6 +21,7 @@ public:
     }
     virtual bool initWithCSSStyleResolver(CSS::StyleResolver* resolver);
 
+    // The engine's, which this object keeps; null around none.
     CSS::StyleResolver* cssStyleResolver() const { return my.styleResolver.Get(); }
 
     // A new style each time: default fields, and the user's text font.

@@ -33,6 +33,8 @@ public:
     }
     virtual bool initWithCSSStyleSheet(CSS::Stylesheet* sheet);
 
+    // The engine's, which this object keeps; null around none. Another one does not change what a resolver has taken
+    // in.
     CSS::Stylesheet* cssStyleSheet() const { return my.styleSheet.Get(); }
     virtual void setCSSStyleSheet(CSS::Stylesheet* sheet) { my.styleSheet = sheet; }
 

@@ -13,12 +13,14 @@ public:
     // any other kind.
     static Ref<WQCSSValue> valueWithCSSValue(CSS::Value* value);
 
+    // Around a value of the engine, which is shared, without a look at its kind.
     template <class T = WQCSSValue> static Ref<T> newWithCSSValue(CSS::Value* value) { return wq::make<T>(&T::initWithCSSValue, value); }
     virtual bool initWithCSSValue(CSS::Value* value);
 
+    // The engine's, which this object keeps; null around none.
     CSS::Value* cssValue() const { return my.cssValue.Get(); }
 
-    NSString cssText() const;
+    NSString cssText() const;               // null around no value
     void setCssText(const NSString& text);  // not supported: a hard assertion of the engine
     unsigned short cssValueType() const;    // a CSS::ValueType
 
