@@ -70,6 +70,11 @@ std::string Property::name() const {
     return known ? known : "";
 }
 
+bool Property::hasName(std::string_view wanted) const {
+    const char* known = PropertyFactory::NameForID(id);
+    return wanted == (known ? known : "");
+}
+
 void Property::setValue(Value* newValue) { value = newValue; }
 
 AST* Property::skipSpaces(AST* node) {

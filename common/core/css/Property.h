@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "common/core/css/AST.h"
@@ -47,8 +48,9 @@ public:
     // The value, which stays the property's; null if it is none of this kind.
     PrimitiveValue* primitiveValue() const;
     ValueList* valueList() const;
-    std::string name() const;        // by number: empty for an unknown property
-    void setValue(Value* newValue);  // takes a count; null is no value
+    std::string name() const;                     // by number: empty for an unknown property
+    bool hasName(std::string_view wanted) const;  // whether that is the name
+    void setValue(Value* newValue);               // takes a count; null is no value
 
     // The first node from `node` on that is no white space between terms, or null.
     static AST* skipSpaces(AST* node);

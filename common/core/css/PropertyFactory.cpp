@@ -1,5 +1,6 @@
 #include "common/core/css/PropertyFactory.h"
 
+#include <array>
 #include <iterator>
 
 #include "common/core/css/NameTables.h"
@@ -20,6 +21,13 @@ constexpr Row rows[] = {
 #undef WQ_CSS_PROPERTY
 };
 
+// By number; null in front of the first.
+constexpr auto names = [] {
+    std::array<const char*, std::size(rows) + 1> all{};
+    for (const Row& row : rows) all[static_cast<size_t>(row.property)] = row.name;
+    return all;
+}();
+
 }  // namespace
 
 Property* PropertyFactory::MakeProperty(const std::string& name) {
@@ -30,9 +38,7 @@ Property* PropertyFactory::MakeProperty(const std::string& name) {
 Property* PropertyFactory::MakeUnknownProperty(const std::string& name) { return new PropGeneric(name); }
 
 const char* PropertyFactory::NameForID(PropertyID property) {
-    for (const Row& row : rows)
-        if (row.property == property) return row.name;
-    return nullptr;
+    return property > 0 && static_cast<size_t>(property) < names.size() ? names[static_cast<size_t>(property)] : nullptr;
 }
 
 unsigned int PropertyFactory::PropertyListLength() { return std::size(rows); }

@@ -55,7 +55,7 @@ std::string MutableStyleDeclaration::item(unsigned long index) { return properti
 
 SharedPtr<Property> MutableStyleDeclaration::property(const std::string& name) {
     for (const SharedPtr<Property>& each : properties)
-        if (each->name() == name) return each;
+        if (each->hasName(name)) return each;
     return nullptr;
 }
 

@@ -20,15 +20,6 @@ uint32_t levelOf(Stylesheet::Origin origin, bool isImportant) {
     }
 }
 
-void addMatchingRules(const std::vector<SharedPtr<ProcessedRule>>& rules, _xmlNode* node, SortedPropertyList& list) {
-    for (const SharedPtr<ProcessedRule>& processed : rules)
-        for (const SharedPtr<Selector>& selector : processed->rule->selectors) {
-            if (!selector->Match(node)) continue;
-            list.AddPropsFromStyle(processed->rule->declaration.Get(), processed->origin, selector->Specificity());
-            break;  // wanted: the first that matches
-        }
-}
-
 // By index: of two like declarations, the later one wins here.
 void addStyleAttribute(_xmlNode* node, SortedPropertyList& list) {
     const AttributeText attribute(node, "style");
@@ -96,6 +87,20 @@ SharedPtr<Style> StyleResolver::DefaultStyle() {
     return style;
 }
 
+// As if every rule were tried, in order.
+void StyleResolver::addMatchingRules(_xmlNode* node, SortedPropertyList& list) const {
+    if (index.size() > processedRules.size()) index.clear();
+    while (index.size() < processedRules.size()) index.add(*processedRules[index.size()]->rule.Get());
+    for (const uint32_t number : index.candidatesFor(node)) {
+        const ProcessedRule& processed = *processedRules[number].Get();
+        for (const SharedPtr<Selector>& selector : processed.rule->selectors) {
+            if (!selector->Match(node)) continue;
+            list.AddPropsFromStyle(processed.rule->declaration.Get(), processed.origin, selector->Specificity());
+            break;  // wanted: the first that matches
+        }
+    }
+}
+
 SharedPtr<Style> StyleResolver::ResolveStyle(_xmlNode* aNode, const SharedPtr<Style>& parent) const {
     _xmlNode noNode{};
     _xmlNode* node = aNode ? aNode : &noNode;
@@ -114,7 +119,7 @@ SharedPtr<Style> StyleResolver::ResolveStyle(_xmlNode* aNode, const SharedPtr<St
     if (node->type != XML_ELEMENT_NODE && node->type != XML_TEXT_NODE) return style;
 
     SortedPropertyList list;
-    addMatchingRules(processedRules, node, list);
+    addMatchingRules(node, list);
     addStyleAttribute(node, list);
     for (const SharedPtr<SortedProperty>& winner : list.properties) winner->property->applyToStyle(style.Get());
     return style;

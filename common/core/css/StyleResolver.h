@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "common/core/css/RuleIndex.h"
 #include "common/core/css/Style.h"
 #include "common/core/css/Stylesheet.h"
 #include "common/core/include/Shared.h"
@@ -83,10 +84,17 @@ public:
     // attribute costs a warning, or is a syntax error (see Parser), which costs all of the attribute.
     SharedPtr<Style> ResolveStyle(_xmlNode* node, const SharedPtr<Style>& parent) const;
 
-    std::string medium = "Print";                          // read by nothing
-    std::vector<SharedPtr<Stylesheet>> stylesheets;        // those of AddStylesheet; read by nothing
-    std::vector<SharedPtr<Selector>> selectors;            // stays empty
-    std::vector<SharedPtr<ProcessedRule>> processedRules;  // in the order in which they came
+    std::string medium = "Print";                    // read by nothing
+    std::vector<SharedPtr<Stylesheet>> stylesheets;  // those of AddStylesheet; read by nothing
+    std::vector<SharedPtr<Selector>> selectors;      // stays empty
+    // In the order in which they came. ProcessRules alone adds to them, and the selectors of a rule that is here stay as
+    // they are: an index of them is kept.
+    std::vector<SharedPtr<ProcessedRule>> processedRules;
+
+private:
+    void addMatchingRules(_xmlNode* node, SortedPropertyList& list) const;
+
+    mutable RuleIndex index;  // of processedRules
 };
 
 }  // namespace CSS
