@@ -116,7 +116,7 @@ uint64_t WQHTMLWriter::encodeListInRange(NSRange range) {
 // The text system puts the marker into the text, between two tabs; a browser draws its own.
 uint64_t WQHTMLWriter::encodeItemInRange(const Ref<NSTextList>& list, NSRange range) {
     uint64_t start = range.location;
-    const NSString text = my.sourceString->string();
+    const NSString& text = my.sourceString->string();
     const long number = my.sourceString->itemNumberInTextList_atIndex(list, start);
     const NSString marker = u"\t" + wq::printed(list->markerForItemNumber(number)) + u"\t";
     if (marker.length() <= range.length && text.substringWithRange({start, marker.length()}) == marker) start += marker.length();

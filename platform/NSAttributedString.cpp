@@ -57,6 +57,7 @@ void NSAttributedString::appendRun(uint64_t location, const Ref<NSDictionary>& a
 
 bool NSAttributedString::initWithString_attributes(const NSString& text, const Ref<NSDictionary>& attributes) {
     my.string = text;
+    my.lastItem = {};
     if (length() > 0) appendRun(0, ownAttributes(attributes));
     return static_cast<bool>(text);
 }
@@ -129,12 +130,18 @@ NSRange NSAttributedString::rangeOfTextList_atIndex(const Ref<NSTextList>& list,
 }
 
 long NSAttributedString::itemNumberInTextList_atIndex(const Ref<NSTextList>& list, uint64_t index) const {
-    const NSRange range = rangeOfTextList_atIndex(list, index);
-    if (range.location == NSNotFound) return 0;
-    long number = 0;
-    for (uint64_t start = range.location; start <= index; start = endOf(paragraphAtIndex(start)))
-        if (textListsAtIndex(start).back() == list) ++number;
-    return number;
+    NumberedItem& item = my.lastItem;
+    const bool isBehindLast = list && item.list == list.get() && item.start <= index && index < endOf(item.listRange);
+    if (!isBehindLast) {
+        const NSRange range = rangeOfTextList_atIndex(list, index);
+        if (range.location == NSNotFound) return 0;
+        item = {list.get(), range, range.location, textListsAtIndex(range.location).back() == list};
+    }
+    for (uint64_t next = endOf(paragraphAtIndex(item.start)); next <= index; next = endOf(paragraphAtIndex(next))) {
+        item.start = next;
+        if (textListsAtIndex(next).back() == list) ++item.number;
+    }
+    return item.number;
 }
 
 // ---- The whole

@@ -84,9 +84,18 @@ private:
     NSRange paragraphAtIndex(uint64_t index) const;
     const std::vector<Ref<NSTextList>>& textListsAtIndex(uint64_t index) const;
 
+    // The paragraph that was asked for its number last, for whoever asks for one after the other.
+    struct NumberedItem {
+        const NSTextList* list = nullptr;
+        NSRange listRange;
+        uint64_t start = 0;
+        long number = 0;  // with that of the paragraph itself
+    };
+
     struct {
         NSString string;
         Runs runs;
+        mutable NumberedItem lastItem;  // forgotten by every change
     } my;
 };
 

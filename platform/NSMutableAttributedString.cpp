@@ -33,6 +33,7 @@ void NSMutableAttributedString::joinRuns(size_t first, size_t last) {
 template <class Change> void NSMutableAttributedString::changeAttributesInRange(NSRange range, Change change) {
     my.string.checkRange(range);
     if (range.length == 0) return;
+    my.lastItem = {};
     const size_t first = startRunAtIndex(range.location), last = startRunAtIndex(range.location + range.length);
     for (size_t index = first; index < last; ++index) my.runs[index].attributes = change(my.runs[index].attributes);
     joinRuns(first, last);
@@ -41,6 +42,7 @@ template <class Change> void NSMutableAttributedString::changeAttributesInRange(
 // ---- Edits
 
 void NSMutableAttributedString::appendAttributedString(const Ref<NSAttributedString>& other) {
+    my.lastItem = {};
     const uint64_t end = length();
     const size_t runs = other->my.runs.size();  // the other may be this one, and grow
     my.string += other->my.string;
@@ -52,6 +54,7 @@ void NSMutableAttributedString::appendAttributedString(const Ref<NSAttributedStr
 
 void NSMutableAttributedString::replaceCharactersInRange_withString(NSRange range, const NSString& string) {
     my.string.checkRange(range);
+    my.lastItem = {};
     const uint64_t inserted = string.length();
     Ref<NSDictionary> attributes;
     if (length() > 0)

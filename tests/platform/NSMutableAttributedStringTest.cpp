@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/NSAttributeNames.h"
+#include "platform/NSMutableParagraphStyle.h"
+#include "platform/NSTextList.h"
 #include "tests/platform/AttributedText.h"
 #include "tests/platform/Raised.h"
 
@@ -278,4 +281,25 @@ TEST(NSMutableAttributedString, HoldsALongTextOfManyRuns) {
     EXPECT_EQ(run, (NSRange{200000, 4}));
     text->deleteCharactersInRange({4, 399992});
     EXPECT_EQ(runsOf(text), "odd [a=1]even[]");
+}
+
+TEST(NSMutableAttributedString, ItemsAreNumberedAnewAfterAnEdit) {
+    const auto list = NSTextList::textListWithMarkerFormat(u"{decimal}.");
+    const auto style = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
+    style->setTextLists({list});
+    const auto item = NSDictionary::dictionary({{NSParagraphStyleAttributeName, style}});
+    const auto text = NSMutableAttributedString::newWithString_attributes(u"a\nb\nc\nd\n", item);
+    const auto numberAt = [&](uint64_t index) { return text->itemNumberInTextList_atIndex(list, index); };
+    EXPECT_EQ(numberAt(6), 4);
+    EXPECT_EQ(numberAt(7), 4);
+    EXPECT_EQ(numberAt(2), 2);
+    text->deleteCharactersInRange({0, 2});
+    EXPECT_EQ(numberAt(4), 3);
+    text->appendAttributedString(NSAttributedString::newWithString_attributes(u"e", item));
+    EXPECT_EQ(numberAt(6), 4);
+    text->removeAttribute_range(NSParagraphStyleAttributeName, {0, 2});
+    EXPECT_EQ(numberAt(6), 3);
+    EXPECT_EQ(numberAt(0), 0);
+    text->setAttributes_range(item, {0, 2});
+    EXPECT_EQ(numberAt(6), 4);
 }
