@@ -30,14 +30,12 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wqConfig.cmake ${CMAKE_CURRENT_BINARY_
 # The installed tree can be moved, and a static library brings what it needs.
 file(RELATIVE_PATH WQ_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 set(WQ_PC_REQUIRES libxml-2.0)
-set(WQ_PC_REQUIRES_PRIVATE icu-uc libcurl liburiparser fontconfig fmt)
-if(NOT BUILD_SHARED_LIBS)
-  list(APPEND WQ_PC_REQUIRES ${WQ_PC_REQUIRES_PRIVATE})
+if(NOT BUILD_SHARED_LIBS)  # pkg-config looks for private ones, too, and a shared library needs none of their headers
+  list(APPEND WQ_PC_REQUIRES icu-uc libcurl liburiparser fontconfig fmt)
 endif()
 if(NOT WQ_HARD_ASSERTIONS)
   set(WQ_PC_DEFINITIONS " -DWQ_NO_HARD_ASSERTIONS")  # headers of the engine look at it
 endif()
 list(JOIN WQ_PC_REQUIRES " " WQ_PC_REQUIRES)
-list(JOIN WQ_PC_REQUIRES_PRIVATE " " WQ_PC_REQUIRES_PRIVATE)
 configure_file(cmake/wq.pc.in ${CMAKE_CURRENT_BINARY_DIR}/wq.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/wq.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -73,6 +73,16 @@ check_exports() {
     }
 }
 
+# For what else is installed here, a package that names too little would do as well.
+hide_other_libraries() {
+    mkdir "$place/pc"
+    local name
+    for name in libxml-2.0 icu-uc icu-i18n icu-data zlib liblzma; do
+        cp "$(pkg-config --variable pcfiledir $name 2>/dev/null || echo /nonexistent)/$name.pc" "$place/pc" 2>/dev/null || true
+    done
+    export PKG_CONFIG_LIBDIR=$place/pc
+}
+
 make_package() {
     (cd "$root/build/package" && quietly "$place/cpack.log" cpack -B "$place/package")
     dpkg-deb -x "$place"/package/*.deb "$place/unpacked"
@@ -85,4 +95,5 @@ install_and_move package "$place/shared"
 use "$place/shared" 'shared library'
 check_exports "$place/shared"
 make_package
+hide_other_libraries
 use "$place/unpacked/usr" 'Debian package'

@@ -7,7 +7,13 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 source "$root/tools/build.sh"
 
 place=$(mktemp -d)
-trap 'rm -rf "$place"' EXIT
+
+# The prefix was another for a while.
+clean_up() {
+    rm -rf "$place"
+    cmake -S "$root" --preset release -DCMAKE_INSTALL_PREFIX=/usr/local >/dev/null 2>&1 || true
+}
+trap clean_up EXIT
 
 # The lines of code that are commands, without what is said behind them.
 commands() {

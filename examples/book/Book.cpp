@@ -27,8 +27,6 @@ constexpr Color kDarkRed{0x6b / 255.0, 0x2b / 255.0, 0x1f / 255.0};
 
 void use(cairo_t* cairo, const Color& color) { cairo_set_source_rgb(cairo, color.red, color.green, color.blue); }
 
-double points(int units) { return static_cast<double>(units) / PANGO_SCALE; }
-
 double widthOf(const std::shared_ptr<PangoLayout>& layout) {
     int width = 0;
     pango_layout_get_size(layout.get(), &width, nullptr);
@@ -88,7 +86,8 @@ Row rowOf(const std::vector<SetParagraph>& paragraphs, size_t index, size_t line
     return row;
 }
 
-// The heading that a page goes by: the first one of the lowest level that it begins, or else that of the page before.
+// The heading that a page goes by: the first of the two highest levels that was begun on it on purpose, or else that of the
+// page before.
 std::string headingOf(const Book& book, const BookPage& page, const std::string& before) {
     for (const PlacedLine& placed : page.lines) {
         const SetParagraph& paragraph = book.paragraphs[placed.paragraph];

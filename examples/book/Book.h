@@ -26,7 +26,7 @@ struct PlacedLine {
 struct BookPage {
     std::vector<PlacedLine> lines;
     bool isBegunOnPurpose = false;
-    std::string heading;  // the last one of the second level, or the first, at its head; what a right page is titled with
+    std::string heading;  // what a right page is titled with: of the two highest levels, the last that a page was begun with
 };
 
 struct Book {

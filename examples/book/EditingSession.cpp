@@ -47,15 +47,18 @@ Ref<WQXMLRange> lastSentence(const Ref<WQXMLNode>& element) {
 
 }  // namespace
 
-std::vector<Ref<WQXMLNode>> elementsToEdit(const Ref<WQXMLDocument>& document) {
-    for (Ref<WQXMLNode> node = document->documentElement(); node; node = node->next())
-        if (node->nodeType() == XML_ELEMENT_NODE && textOf(node) && textOf(nextElement(node))) return {node, nextElement(node)};
+std::vector<Ref<WQXMLNode>> elementsToEdit(const Ref<WQXMLDocument>& document, const IsShown& isShown) {
+    for (Ref<WQXMLNode> node = document->documentElement(); node; node = node->next()) {
+        const auto following = nextElement(node);
+        if (!textOf(node) || !textOf(following) || node->nodeName() != following->nodeName()) continue;
+        if (!isShown || (isShown(node) && isShown(following))) return {node, following};
+    }
     return {};
 }
 
-EditingSession edit(const Ref<WQXMLDocument>& document) {
+EditingSession edit(const Ref<WQXMLDocument>& document, const IsShown& isShown) {
     EditingSession session;
-    session.beforehand = elementsToEdit(document);
+    session.beforehand = elementsToEdit(document, isShown);
     if (session.beforehand.empty()) return session;
     const Ref<WQXMLNode> first = session.beforehand[0];
     const Ref<WQXMLText> text = textOf(first), further = textOf(session.beforehand[1]);

@@ -12,6 +12,10 @@
 // Exit code 1, one line on standard error, and nothing new in FOLDER, for what cannot be read or written.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "examples/book/EditingSession.h"
@@ -19,6 +23,7 @@
 #include "examples/book/Output.h"
 #include "examples/book/Steps.h"
 #include "examples/shared/Opening.h"
+#include "platform/WQXMLException.h"
 
 namespace {
 
@@ -38,7 +43,7 @@ std::string languageOf(const Ref<WQXMLElement>& root) {
 class Application {
 public:
     Application(const std::string& documentPath, const std::string& sheetPath, const std::string& folder)
-        : name(std::filesystem::path(documentPath).stem().string()), folderName(folder) {
+        : documentName(documentPath), name(std::filesystem::path(documentPath).stem().string()), folderName(folder) {
         const auto resolver = WQCSSStyleResolver::newStyleResolver();
         steps.run("opening", [&](const Progress&) {
             document = openDocument(documentPath, nullptr);
@@ -57,16 +62,14 @@ public:
         fontsShared = styles->numberOfFonts();
         typeset();
         OutputFolder output(folderName);
-        steps.run("drawing the PDF", [&](const Progress&) { writePDF(book, *typesetter, output / (name + ".pdf")); });
-        steps.run("drawing pictures", [&](const Progress& progress) {
-            writePictures(book, *typesetter, output / (name + "-pages"), progress);
-            if (const size_t left = fullestLeftPage(book))
-                writeTwoPages({book, left, {}}, {book, left + 1, {}}, *typesetter, output / (name + "-spread.png"));
-        });
-        steps.run("writing HTML", [&](const Progress&) { writeHTML(output); });
-        steps.run("editing", [&](const Progress&) { editAndCompare(output); });
-        writeBytes(document->XMLData()->view(), output / (name + "-edited.xml"));
-        output.publish();
+        try {
+            write(output);
+            output.publish(files());
+        } catch (const CannotWrite& failure) {
+            throw CannotWrite{output.asPublished(failure.line)};
+        } catch (const std::filesystem::filesystem_error& error) {
+            throw CannotWrite{output.asPublished(fmt::format("{}: {}", error.path1().string(), error.code().message()))};
+        }
     }
 
     void tell() const {
@@ -92,37 +95,60 @@ public:
 private:
     Ref<WQXMLElement> root() const { return wq::cast<WQXMLElement>(document->documentElement()); }
 
+    // All but the folder of pages.
+    std::vector<std::string> files() const {
+        return {name + ".html", name + ".pdf", name + "-edited.xml", name + "-edit.png", name + "-spread.png"};
+    }
+
     // The document is not written over, where it lies in the folder that its own output goes to.
     void refuseToReplace(const std::string& documentPath) const {
-        for (const char* ending : {".html", ".pdf", "-edited.xml", "-edit.png", "-spread.png"}) {
-            const auto place = std::filesystem::path(folderName) / (name + ending);
+        for (const std::string& file : files()) {
+            const auto place = std::filesystem::path(folderName) / file;
             std::error_code absent;
             if (std::filesystem::equivalent(place, documentPath, absent))
                 throw CannotWrite{fmt::format("{}: is the document itself", place.string())};
         }
     }
 
+    void write(const OutputFolder& output) {
+        steps.run("drawing the PDF", [&](const Progress& progress) { writePDF(book, *typesetter, output / (name + ".pdf"), progress); });
+        steps.run("drawing pictures", [&](const Progress& progress) {
+            writePictures(book, *typesetter, output / (name + "-pages"), progress);
+            if (const size_t left = fullestLeftPage(book))
+                writeTwoPages({book, left, {}}, {book, left + 1, {}}, *typesetter, output / (name + "-spread.png"));
+        });
+        steps.run("writing HTML", [&](const Progress&) { writeHTML(output); });
+        steps.run("editing", [&](const Progress& progress) { editAndCompare(output, progress); });
+        steps.run("writing XML", [&](const Progress&) { writeBytes(document->XMLData()->view(), output / (name + "-edited.xml")); });
+    }
+
     void typeset() {
         steps.run("styling text", [&](const Progress&) { paragraphs = styledParagraphs(root(), *styles, baseURL); });
-        if (paragraphs.empty()) throw CannotWrite{"there is no text that the sheet shows"};
+        if (paragraphs.empty()) throw CannotOpen{fmt::format("{}: there is no text that the sheet shows", documentName)};
         steps.run("setting lines", [&](const Progress& progress) { book = makeBook(paragraphs, *typesetter, PageFormat(), progress); });
+    }
+
+    bool isBlock(const Ref<WQXMLNode>& node) const {
+        const auto style = styles->styleOf(node);
+        return style && style->display() == WQCSSDisplayBlock;
     }
 
     void writeHTML(const OutputFolder& output) {
         const NSString title = book.title.empty() ? wq::fromUTF8(name) : wq::fromUTF8(book.title);
-        writeBytes(htmlPage(joined(paragraphs), title, styles->styleOf(root()), baseURL), output / (name + ".html"));
+        writeBytes(htmlPage(joinedWithoutMarkers(paragraphs), title, styles->styleOf(root()), baseURL), output / (name + ".html"));
     }
 
-    void editAndCompare(const OutputFolder& output) {
-        session = edit(document);
+    void editAndCompare(const OutputFolder& output, const Progress& progress) {
+        session = edit(document, [&](const Ref<WQXMLNode>& node) { return isBlock(node); });
         if (session.told.empty()) return;
         stylesMadeAgain = styles->resolveAgain();
-        const Book edited = makeBook(styledParagraphs(root(), *styles, baseURL), *typesetter, PageFormat(), {});
+        const Book edited = makeBook(styledParagraphs(root(), *styles, baseURL), *typesetter, PageFormat(), progress);
         const size_t before = pageOf(book, session.beforehand[0]), after = pageOf(edited, session.afterwards[0]);
         if (before == book.pages.size() || after == edited.pages.size()) return;  // the sheet does not show them
         writeTwoPages({book, before, session.beforehand}, {edited, after, session.afterwards}, *typesetter, output / (name + "-edit.png"));
     }
 
+    const std::string documentName;
     const std::string name;  // of the document's file, without its ending
     const std::string folderName;
     Steps steps;
@@ -139,7 +165,7 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 3 || argc > 4) {
+    if (argc < 3 || argc > 4 || std::any_of(argv + 1, argv + argc, [](const char* argument) { return *argument == 0; })) {
         fmt::print(stderr, "usage: typeset-manuscript DOCUMENT SHEET [FOLDER]\n");
         return 2;
     }
@@ -147,11 +173,16 @@ int main(int argc, char** argv) {
         Application application(argv[1], argv[2], argc > 3 ? argv[3] : "out");
         application.run();
         application.tell();
-        return 0;
+        if (std::fflush(stdout) == 0) return 0;
+        fmt::print(stderr, "standard output: {}\n", std::strerror(errno));
     } catch (const CannotOpen& failure) {
         fmt::print(stderr, "{}\n", failure.line);
     } catch (const CannotWrite& failure) {
         fmt::print(stderr, "{}\n", failure.line);
+    } catch (const WQXMLException& exception) {
+        fmt::print(stderr, "{}: {}\n", argv[1], oneLine(exception.reason()));
+    } catch (const std::exception& exception) {
+        fmt::print(stderr, "{}: {}\n", argv[1], exception.what());
     }
     return 1;
 }

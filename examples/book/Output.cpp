@@ -59,7 +59,7 @@ void addOutline(const Book& book, const PageDrawing& drawing, cairo_surface_t* s
 
 }  // namespace
 
-void writePDF(const Book& book, const Typesetter& typesetter, const fs::path& path) {
+void writePDF(const Book& book, const Typesetter& typesetter, const fs::path& path, const Progress& progress) {
     const Surface surface(cairo_pdf_surface_create(path.c_str(), book.format.width, book.format.height), cairo_surface_destroy);
     // The same book makes the same file.
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
@@ -70,6 +70,7 @@ void writePDF(const Book& book, const Typesetter& typesetter, const fs::path& pa
         drawing.draw(cairo.get(), page);
         drawing.addLinks(cairo.get(), page);
         cairo_show_page(cairo.get());
+        if (progress) progress(page + 1, book.pages.size());
     }
     addOutline(book, drawing, surface.get());
     check(cairo_status(cairo.get()), path);
@@ -139,7 +140,30 @@ OutputFolder::~OutputFolder() {
     fs::remove_all(unfinished, ignored);
 }
 
-void OutputFolder::publish() {
+std::string OutputFolder::asPublished(std::string line) const {
+    const size_t place = line.find(unfinished.string());
+    return place == std::string::npos ? line : line.replace(place, unfinished.string().size(), folder.string());
+}
+
+namespace {
+
+bool isPage(const fs::path& path) {
+    const std::string name = path.filename().string();
+    return name.starts_with("page-") && path.extension() == ".png";
+}
+
+void replacePages(const fs::path& made, const fs::path& place) {
+    fs::create_directories(place);
+    std::vector<fs::path> older;
+    for (const auto& entry : fs::directory_iterator(place))
+        if (isPage(entry.path())) older.push_back(entry.path());
+    for (const fs::path& path : older) fs::remove(path);
+    for (const auto& entry : fs::directory_iterator(made)) fs::rename(entry.path(), place / entry.path().filename());
+}
+
+}  // namespace
+
+void OutputFolder::publish(const std::vector<std::string>& names) {
     try {
         fs::create_directories(folder);
         for (const auto& entry : fs::directory_iterator(unfinished)) {
@@ -147,10 +171,11 @@ void OutputFolder::publish() {
             if (fs::exists(place) && fs::is_directory(place) != entry.is_directory())
                 throw CannotWrite{fmt::format("{}: something else stands in its place", place.string())};
         }
+        for (const std::string& name : names)
+            if (!fs::exists(unfinished / name)) fs::remove(folder / name);
         for (const auto& entry : fs::directory_iterator(unfinished)) {
             const fs::path place = folder / entry.path().filename();
-            if (entry.is_directory()) fs::remove_all(place);
-            fs::rename(entry.path(), place);
+            entry.is_directory() ? replacePages(entry.path(), place) : fs::rename(entry.path(), place);
         }
     } catch (const fs::filesystem_error& error) {
         throw CannotWrite{fmt::format("{}: {}", error.path1().string(), error.code().message())};

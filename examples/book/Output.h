@@ -11,9 +11,9 @@ struct CannotWrite {
 };
 
 // With links, an outline of the headings, and the title.
-void writePDF(const Book& book, const Typesetter& typesetter, const std::filesystem::path& path);
+void writePDF(const Book& book, const Typesetter& typesetter, const std::filesystem::path& path, const Progress& progress);
 
-// page-01.png and so on, in that folder, at 144 dots an inch.
+// page-01.png and so on, in that folder, at 144 dots an inch. Throws std::filesystem::filesystem_error as well.
 void writePictures(const Book& book, const Typesetter& typesetter, const std::filesystem::path& folder, const Progress& progress);
 
 // A page of a book, and elements whose paragraphs are marked there.
@@ -37,7 +37,11 @@ public:
     OutputFolder& operator=(const OutputFolder&) = delete;
 
     std::filesystem::path operator/(const std::string& name) const { return unfinished / name; }
-    void publish();
+    // Of a folder inside, what is there stays but for pictures of pages. Older files of the names given go, if they were not
+    // made again.
+    void publish(const std::vector<std::string>& names);
+    // A line that names a file in the folder of its own, as if it were where it goes to.
+    std::string asPublished(std::string line) const;
 
 private:
     const std::filesystem::path folder;

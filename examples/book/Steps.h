@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "examples/book/StyledTree.h"
+// A step of work that takes long, told as it goes on: so many of so many.
+using Progress = std::function<void(size_t done, size_t all)>;
 
 // On a terminal, a step that takes more than a second says on standard error how far it is; elsewhere nothing does.
 class Steps {

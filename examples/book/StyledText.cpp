@@ -76,7 +76,7 @@ NSString markerFormatOf(WQCSSListStyleType type) {
 }
 
 // What holds for a node because of those around it.
-struct Surroundings {
+struct Context {
     Ref<WQXMLElement> block;               // the nearest block
     Ref<WQCSSStyle> blockStyle;            // and its style
     double left = 0, right = 0;            // margins of the blocks around, in points
@@ -100,12 +100,12 @@ struct Paragraph {
 
 // ---- The tree as paragraphs
 
-class Reader {
+class ParagraphBuilder {
 public:
-    Reader(const StyledTree& aTree, const Ref<NSURL>& aBaseURL) : tree(aTree), baseURL(aBaseURL) {}
+    ParagraphBuilder(const StyledTree& aTree, const Ref<NSURL>& aBaseURL) : tree(aTree), baseURL(aBaseURL) {}
 
     std::vector<Paragraph> paragraphsOf(const Ref<WQXMLElement>& top) {
-        Surroundings around;
+        Context around;
         around.block = top;
         around.blockStyle = tree.styleOf(top);
         readElement(top, around);
@@ -113,7 +113,7 @@ public:
     }
 
 private:
-    void readChildren(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, const Surroundings& within) {
+    void readChildren(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, const Context& within) {
         for (auto child = element->firstChild(); child; child = child->nextSibling()) {
             switch (child->nodeType()) {
                 case XML_ELEMENT_NODE: readElement(wq::cast<WQXMLElement>(child), within); break;
@@ -125,9 +125,9 @@ private:
         }
     }
 
-    void readElement(const Ref<WQXMLElement>& element, const Surroundings& around) {
+    void readElement(const Ref<WQXMLElement>& element, const Context& around) {
         const auto style = tree.styleOf(element);
-        Surroundings within = around;
+        Context within = around;
         within.isUnderlined = within.isUnderlined || style->textDecoration() == WQCSSTextDecorationUnderline;
         const NSString space = element->getAttribute_namespaceURI(u"space", kXMLNamespace);
         within.keepsSpace = space ? space == u"preserve" : within.keepsSpace || element->localName() == u"pre";
@@ -137,7 +137,7 @@ private:
         if (style->display() == WQCSSDisplayInline) readInline(element, style, within);
     }
 
-    void readInline(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, const Surroundings& within) {
+    void readInline(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, const Context& within) {
         if (element->localName() == u"br" && isInParagraph) {
             append(kLineSeparator, attributesOf(style, within));
             blankAttributes = nullptr;
@@ -145,7 +145,7 @@ private:
         readChildren(element, style, within);
     }
 
-    void readBlock(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, Surroundings within) {
+    void readBlock(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, Context within) {
         within.block = element;
         within.blockStyle = style;
         enter(element, style, within);
@@ -156,7 +156,7 @@ private:
     }
 
     // What a block says of the paragraphs inside, and of the first of them.
-    void enter(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, Surroundings& within) {
+    void enter(const Ref<WQXMLElement>& element, const Ref<WQCSSStyle>& style, Context& within) {
         if (isFramed(style)) {
             within.frames.push_back(textBlockOf(style));
         } else {
@@ -181,13 +181,13 @@ private:
 
     // ---- Words
 
-    void readWords(const NSString& words, const Ref<WQCSSStyle>& style, const Surroundings& within) {
+    void readWords(const NSString& words, const Ref<WQCSSStyle>& style, const Context& within) {
         const auto attributes = attributesOf(style, within);
         within.keepsSpace ? keepSpace(words, attributes, within) : collapseSpace(words, attributes, within);
     }
 
     // A line feed becomes a line separator, once it is clear that more follows.
-    void keepSpace(const NSString& words, const Ref<NSDictionary>& attributes, const Surroundings& within) {
+    void keepSpace(const NSString& words, const Ref<NSDictionary>& attributes, const Context& within) {
         for (const char16_t unit : words.view()) {
             if (unit == u'\n') {
                 if (isInParagraph) ++lineFeeds;
@@ -200,7 +200,7 @@ private:
     }
 
     // A blank is written with what it stood in, once it is clear that more follows.
-    void collapseSpace(const NSString& words, const Ref<NSDictionary>& attributes, const Surroundings& within) {
+    void collapseSpace(const NSString& words, const Ref<NSDictionary>& attributes, const Context& within) {
         for (const char16_t unit : words.view()) {
             if (isBlank(unit)) {
                 if (isInParagraph && !endsWithSpace()) blankAttributes = attributes;
@@ -224,9 +224,9 @@ private:
         return last == kLineSeparator || last == u' ';
     }
 
-    void beginParagraph(const Surroundings& within) {
+    void beginParagraph(const Context& within) {
         const int level = headingLevelOf(within.block);
-        paragraphs.push_back({{}, paragraphStyleOf(within), {nullptr, within.block, beginsPage, false, level}});
+        paragraphs.push_back({{}, paragraphStyleOf(within), {nullptr, 0, within.block, beginsPage, false, level}});
         isInParagraph = true;
         beginsPage = false;
         blankAttributes = nullptr;
@@ -236,13 +236,14 @@ private:
             const auto marker = u"\t" + itemOf->markerForItemNumber(++itemNumbers[itemOf.get()]) + u"\t";
             const auto plain = within.blockStyle->attributes()->mutableCopy();
             for (const char16_t unit : marker.view()) append(unit, plain);
+            paragraphs.back().result.markerLength = marker.length();
         }
         itemOf = nullptr;
     }
 
     // ---- Attributes
 
-    static Ref<NSDictionary> attributesOf(const Ref<WQCSSStyle>& style, const Surroundings& within) {
+    static Ref<NSDictionary> attributesOf(const Ref<WQCSSStyle>& style, const Context& within) {
         const auto attributes = style->attributes()->mutableCopy();
         if (within.isUnderlined) attributes->setObject_forKey(1.0, NSUnderlineStyleAttributeName);
         if (within.link) attributes->setObject_forKey(within.link, NSLinkAttributeName);
@@ -250,7 +251,7 @@ private:
     }
 
     // The paragraph style that the block's style gives, with what it cannot know: indents, frames and lists.
-    Ref<NSMutableParagraphStyle> paragraphStyleOf(const Surroundings& within) const {
+    Ref<NSMutableParagraphStyle> paragraphStyleOf(const Context& within) const {
         const auto style = within.blockStyle->attributes()->objectForKey(NSParagraphStyleAttributeName).object<NSParagraphStyle>();
         const auto paragraph = (style ? style : NSParagraphStyle::defaultParagraphStyle())->mutableCopy();
         paragraph->setParagraphSpacingBefore(spaceAbove);
@@ -318,7 +319,7 @@ Ref<NSMutableAttributedString> textOf(const Paragraph& paragraph) {
 
 std::vector<StyledParagraph> styledParagraphs(const Ref<WQXMLElement>& top, const StyledTree& styles, const Ref<NSURL>& baseURL) {
     std::vector<StyledParagraph> results;
-    for (const Paragraph& paragraph : Reader(styles, baseURL).paragraphsOf(top)) {
+    for (const Paragraph& paragraph : ParagraphBuilder(styles, baseURL).paragraphsOf(top)) {
         results.push_back(paragraph.result);
         results.back().text = textOf(paragraph);
     }
@@ -328,5 +329,14 @@ std::vector<StyledParagraph> styledParagraphs(const Ref<WQXMLElement>& top, cons
 Ref<NSMutableAttributedString> joined(const std::vector<StyledParagraph>& paragraphs) {
     const auto text = NSMutableAttributedString::newWithString(u"");
     for (const StyledParagraph& paragraph : paragraphs) text->appendAttributedString(paragraph.text);
+    return text;
+}
+
+Ref<NSMutableAttributedString> joinedWithoutMarkers(const std::vector<StyledParagraph>& paragraphs) {
+    const auto text = NSMutableAttributedString::newWithString(u"");
+    for (const StyledParagraph& paragraph : paragraphs) {
+        const NSRange words{paragraph.markerLength, paragraph.text->length() - paragraph.markerLength};
+        text->appendAttributedString(paragraph.text->attributedSubstringFromRange(words));
+    }
     return text;
 }

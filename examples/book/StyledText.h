@@ -10,7 +10,8 @@
 #include "platform/NSMutableAttributedString.h"
 
 struct StyledParagraph {
-    Ref<NSMutableAttributedString> text;  // with its line feed
+    Ref<NSMutableAttributedString> text;  // with its marker, if it begins an item, and its line feed
+    uint64_t markerLength = 0;            // UTF-16 units, with the two tabs
     Ref<WQXMLElement> block;              // the nearest block around the words; without one the element read
     bool beginsPage = false;              // a page break is before it, or before a block that begins with it
     bool endsPage = false;
@@ -36,5 +37,9 @@ struct StyledParagraph {
 // none even so is no link.
 std::vector<StyledParagraph> styledParagraphs(const Ref<WQXMLElement>& top, const StyledTree& styles, const Ref<NSURL>& baseURL);
 
-// The paragraphs as one text.
+// The paragraphs as one text, as a text view has it.
 Ref<NSMutableAttributedString> joined(const std::vector<StyledParagraph>& paragraphs);
+
+// The same for a browser, which draws markers itself. To the text system each paragraph of a list is an item, also the second
+// one of an item: the numbers of the bridge are the document's, and would not be known as markers there.
+Ref<NSMutableAttributedString> joinedWithoutMarkers(const std::vector<StyledParagraph>& paragraphs);

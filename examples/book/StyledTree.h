@@ -8,10 +8,8 @@
 
 #include "dom/WQXMLDocument.h"
 #include "dom/WQXMLEventListener.h"
+#include "examples/book/Steps.h"
 #include "mac/Frameworks/WQCSS/WQCSSStyleResolver.h"
-
-// A step of work that takes long, told as it goes on: so many of so many.
-using Progress = std::function<void(size_t done, size_t all)>;
 
 class StyledTree : public WQXMLEventListener {
 public:

@@ -27,7 +27,6 @@ constexpr const char* kOpeningFeatures = "onum=1, kern=1, liga=1, smcp=1";
 template <class T> std::shared_ptr<T> owned(T* object) { return {object, g_object_unref}; }
 
 int units(double points) { return static_cast<int>(std::lround(points * PANGO_SCALE)); }
-double points(int units) { return static_cast<double>(units) / PANGO_SCALE; }
 
 Ref<NSFont> fontOf(const Ref<NSDictionary>& attributes) {
     const auto font = attributes->objectForKey(NSFontAttributeName).object<NSFont>();
@@ -52,19 +51,9 @@ PangoAttribute* colorAttribute(const Ref<NSColor>& color) {
         sixteenBits(plain->redComponent()), sixteenBits(plain->greenComponent()), sixteenBits(plain->blueComponent()));
 }
 
-// The marker that stands between two tabs at the head of an item's text; empty for another paragraph.
-std::u16string_view markerOf(const StyledParagraph& paragraph) {
-    const auto style =
-        paragraph.text->attribute_atIndex_effectiveRange(NSParagraphStyleAttributeName, 0, nullptr).object<NSParagraphStyle>();
-    const std::u16string_view text = paragraph.text->string();
-    if (style->textLists().empty() || text.empty() || text[0] != u'\t') return {};
-    const size_t end = text.find(u'\t', 1);
-    return end == std::u16string_view::npos ? std::u16string_view() : text.substr(0, end + 1);
-}
-
 // Where the words of a paragraph lie in its text: behind the marker, ahead of the terminator.
 NSRange wordsRangeOf(const StyledParagraph& paragraph) {
-    const uint64_t start = markerOf(paragraph).size();
+    const uint64_t start = paragraph.markerLength;
     uint64_t end = 0;
     paragraph.text->string().getParagraphStart_end_contentsEnd_forRange(nullptr, nullptr, &end, {start, 0});
     return {start, end - start};
@@ -254,11 +243,8 @@ std::string wordsOf(const StyledParagraph& paragraph) {
 }
 
 // Glyphs stand where their widths put them, at every resolution: pictures are the same everywhere.
-Typesetter::Typesetter(double measure, const std::string& aLanguage)
-    : width(measure),
-      language(aLanguage),
-      hyphenator(aLanguage),
-      fontMap(owned(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT))) {
+Typesetter::Typesetter(double measure, const std::string& language)
+    : width(measure), hyphenator(language), fontMap(owned(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT))) {
     pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fontMap.get()), 72);
     context = owned(pango_font_map_create_context(fontMap.get()));
     const std::unique_ptr<cairo_font_options_t, void (*)(cairo_font_options_t*)> options(
@@ -298,8 +284,10 @@ SetParagraph Typesetter::set(const StyledParagraph& paragraph) const {
     result.spaceAbove = style->paragraphSpacingBefore();
     result.spaceBelow = style->paragraphSpacing();
     setLineHeight(result, style, fontOf(attributes));
-    if (const auto marker = markerOf(paragraph); !marker.empty())
-        setMarker(result, marker.substr(1, marker.size() - 2), paragraph.text->attributesAtIndex_effectiveRange(0, nullptr), left);
+    if (paragraph.markerLength > 0) {
+        const NSString marker = paragraph.text->string().substringWithRange({1, paragraph.markerLength - 2});
+        setMarker(result, marker, paragraph.text->attributesAtIndex_effectiveRange(0, nullptr), left);
+    }
     return result;
 }
 
@@ -360,5 +348,7 @@ std::shared_ptr<PangoLayout> Typesetter::lineOf(const std::string& text, const s
     pango_attr_list_insert(features.get(), pango_attr_font_features_new(kFeatures));
     pango_layout_set_attributes(layout.get(), features.get());
     pango_layout_set_text(layout.get(), text.c_str(), -1);
+    pango_layout_set_width(layout.get(), units(width));
+    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
     return layout;
 }

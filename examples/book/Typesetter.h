@@ -12,6 +12,9 @@
 #include "platform/NSFont.h"
 #include "platform/NSParagraphStyle.h"
 
+// In points.
+inline double points(int units) { return static_cast<double>(units) / PANGO_SCALE; }
+
 // All lengths are in points; x counts from the left end of the measure, which is the width of a column of text.
 struct SetLine {
     PangoLayoutLine* line;  // the layout's own
@@ -46,6 +49,7 @@ struct SetParagraph {
     StyledParagraph source;
 };
 
+// Left, right and the side of markers are those of text that runs from left to right.
 class Typesetter {
 public:
     // The width of a column, and the language of the text, as in "en-GB"; empty is unknown, and divides no words.
@@ -54,10 +58,8 @@ public:
     // Headings are not divided, nor are the first words of an element of the class "opening", which are in small capitals.
     SetParagraph set(const StyledParagraph& paragraph) const;
 
-    // A line of its own, as in the head of a page. Kept by the layout.
+    // A line of its own, as in the head of a page; what does not fit into the column is cut off.
     std::shared_ptr<PangoLayout> lineOf(const std::string& text, const std::string& family, double size, bool isItalic) const;
-
-    double measure() const { return width; }
 
 private:
     double setInFrames(SetParagraph& result, const std::vector<Ref<NSTextBlock>>& blocks, double* right) const;
@@ -66,7 +68,6 @@ private:
     std::shared_ptr<PangoLayout> newLayout() const;
 
     const double width;
-    const std::string language;
     const Hyphenator hyphenator;
     std::shared_ptr<PangoFontMap> fontMap;
     std::shared_ptr<PangoContext> context;

@@ -71,11 +71,11 @@ fs::path reference(const std::string& name) { return fs::path(WQ_SOURCE_FOLDER) 
 
 // A folder that stays, so that its pictures can be looked at, and can become the references.
 fs::path typesetSample() {
-    const fs::path folder = fs::path(testing::TempDir()) / "wq-pictures";
+    const fs::path folder = fs::current_path() / "pictures";
     const fs::path sample = fs::path(WQ_SOURCE_FOLDER) / "examples/manuscript";
     const std::string command = fmt::format(
-        "{} {} {} {} >/dev/null 2>&1", WQ_TYPESET_MANUSCRIPT, (sample / "manuscript.xml").string(), (sample / "manuscript.css").string(),
-        folder.string());
+        "'{}' '{}' '{}' '{}' >/dev/null 2>&1", WQ_TYPESET_MANUSCRIPT, (sample / "manuscript.xml").string(),
+        (sample / "manuscript.css").string(), folder.string());
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 0);
     return folder;
 }

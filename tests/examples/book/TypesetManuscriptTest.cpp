@@ -347,7 +347,7 @@ TEST_F(TypesetManuscriptTest, AMalformedSheetLeavesNoFiles) {
 
 TEST_F(TypesetManuscriptTest, ADocumentOfWhichTheSheetShowsNothingEndsWithOneLine) {
     const Result result = typesetBook("<book>One</book>", "book { display: none }");
-    expectFailure(result, "there is no text that the sheet shows\n");
+    expectFailure(result, "x.xml: there is no text that the sheet shows\n");
     EXPECT_EQ(typesetBook("<book/>").status, 1);
 }
 
@@ -426,6 +426,84 @@ TEST_F(TypesetManuscriptTest, ShortWorkTellsATerminalNothingEither) {
     const std::string output = shell(onTerminal(WQ_TYPESET_MANUSCRIPT " x.xml x.css")).output;
     EXPECT_THAT(output, StartsWith("x\r\n  "));
     EXPECT_THAT(output, Not(HasSubstr(" of ")));
+}
+
+// ---- What a user has
+
+TEST_F(TypesetManuscriptTest, WhatElseLiesAmongThePagesStays) {
+    std::filesystem::create_directories(folder.path / "out/x-pages");
+    folder.file("out/x-pages/notes.txt", "mine");
+    folder.file("out/x-pages/page-99.png", "older");
+    EXPECT_EQ(typesetBook("<book>One</book>").status, 0);
+    EXPECT_EQ(output("x-pages/notes.txt"), "mine");
+    EXPECT_THAT(outputs(), testing::Contains("x-pages/page-01.png"));
+    EXPECT_THAT(outputs(), Not(testing::Contains("x-pages/page-99.png")));
+}
+
+TEST_F(TypesetManuscriptTest, TheDocumentIsNotWrittenOver) {
+    std::filesystem::create_directories(folder.path / "out");
+    folder.file("x.css", kSheet);
+    folder.file("out/x.html", "<book>One</book>");
+    const Result result = typeset("out/x.html x.css");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "out/x.html: is the document itself\n");
+    EXPECT_EQ(output("x.html"), "<book>One</book>");
+}
+
+TEST_F(TypesetManuscriptTest, ANameThatIsTooLongForItsFilesEndsWithOneLine) {
+    const std::string name(250, 'x');
+    folder.file("x.css", kSheet);
+    folder.file((name + ".xml").c_str(), "<book>One</book>");
+    const Result result = typeset(name + ".xml x.css");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.error, MatchesRegex("out/x+[^\n]*\n"));
+    EXPECT_THAT(outputs(), IsEmpty());
+}
+
+TEST_F(TypesetManuscriptTest, AResultThatCannotBeTold) {
+    folder.file("x.css", kSheet);
+    folder.file("x.xml", "<book>One</book>");
+    const Result result = typeset("x.xml x.css >/dev/full");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.error, StartsWith("standard output: "));
+}
+
+TEST_F(TypesetManuscriptTest, AnEmptyArgumentIsNone) {
+    EXPECT_EQ(typeset("'' x.css").status, 2);
+    EXPECT_EQ(typeset("x.xml x.css ''").status, 2);
+}
+
+// ---- Which parser reads it
+
+TEST_F(TypesetManuscriptTest, XMLThatSpeaksOfHTMLIsXML) {
+    EXPECT_EQ(typesetBook("<book><p><![CDATA[<html>]]></p></book>").status, 0);
+    EXPECT_EQ(textOf("x.pdf"), "<html>\n\f");
+    EXPECT_EQ(typesetBook("<html><p><![CDATA[<!doctype html>]]></p></html>", "html, p { display: block }").status, 0);
+    EXPECT_EQ(textOf("x.pdf"), "<!doctype html>\n\f");
+}
+
+TEST_F(TypesetManuscriptTest, WithoutACharsetHTMLIsUTF8WhereItCanBe) {
+    EXPECT_EQ(
+        typesetBook("<!DOCTYPE html PUBLIC '-//W3C//DTD HTML 4.01//EN'><html><p>caf\u00E9</html>", "html, p { display: block }").status, 0);
+    EXPECT_EQ(textOf("x.pdf"), "caf\u00E9\n\f");
+    EXPECT_EQ(typesetBook("<html><p>caf\u00E9<p>Two</html>", "html, p { display: block }").status, 0);
+    EXPECT_EQ(textOf("x.pdf"), "caf\u00E9\nTwo\n\f");
+}
+
+// ---- Lists for browsers
+
+TEST_F(TypesetManuscriptTest, MarkersAreTheBrowsersAffair) {
+    const std::string sheet = "ol, li, p { display: block } ol { list-style-type: decimal }";
+    typesetBook("<ol><li><p>first</p><p>still</p></li><li>second</li></ol>", sheet);
+    EXPECT_THAT(output("x.html"), HasSubstr("<li>first</li><li>still</li><li>second</li>"));
+    EXPECT_THAT(textOf("x.pdf"), HasSubstr("2. second"));
+}
+
+TEST_F(TypesetManuscriptTest, PicturesThatAreNotMadeAgainGo) {
+    EXPECT_EQ(typesetBook(bookOf(16)).status, 0);
+    EXPECT_THAT(outputs(), testing::IsSupersetOf({"x-edit.png", "x-spread.png"}));
+    EXPECT_EQ(typesetBook("<book>One</book>").status, 0);
+    EXPECT_THAT(outputs(), ElementsAre("x-edited.xml", "x-pages/page-01.png", "x.html", "x.pdf"));
 }
 
 }  // namespace

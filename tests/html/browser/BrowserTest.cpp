@@ -70,7 +70,7 @@ while (walker.nextNode()) {
   const style = getComputedStyle(element), own = element.computedStyleMap(), around = block.computedStyleMap();
   lines.push([encodeURIComponent(text.data), block.tagName, style.fontFamily, own.get('font-size').value, style.fontWeight,
     style.fontStyle, style.color, getComputedStyle(block).textAlign, around.get('margin-left').value, around.get('margin-top').value,
-    around.get('margin-bottom').value, around.get('text-indent').value, element.closest('a')?.getAttribute('href') ?? '-',
+    around.get('margin-bottom').value, around.get('text-indent').value, encodeURIComponent(element.closest('a')?.getAttribute('href') ?? '-'),
     style.listStyleType].join('\t'));
 }
 const output = document.createElement('pre');
@@ -119,8 +119,8 @@ std::vector<Computed> computedOf(std::string page) {
         EXPECT_EQ(fields.size(), 14u) << line;
         const auto number = [&](size_t i) { return std::strtof(fields[i].c_str(), nullptr); };
         all.push_back(
-            {decoded(fields[0]), fields[1], without(fields[2], '"'), fields[4], fields[5], fields[6], fields[7], fields[12], fields[13],
-             number(3), number(8), number(9), number(10), number(11)});
+            {decoded(fields[0]), fields[1], without(fields[2], '"'), fields[4], fields[5], fields[6], fields[7], decoded(fields[12]),
+             fields[13], number(3), number(8), number(9), number(10), number(11)});
     }
     return all;
 }
@@ -154,7 +154,8 @@ void compare(const Ref<NSAttributedString>& text, uint64_t index, const Computed
     EXPECT_EQ(computed.weight, traits & NSFontBoldTrait ? "700" : "400");
     EXPECT_EQ(computed.style, traits & NSFontItalicTrait ? "italic" : "normal");
     EXPECT_EQ(computed.color, colorOf(attributes));
-    EXPECT_EQ(computed.href != "-", static_cast<bool>(attributes->objectForKey(NSLinkAttributeName)));
+    const auto link = attributes->objectForKey(NSLinkAttributeName).object<NSURL>();
+    EXPECT_EQ(computed.href, link ? wq::toUTF8(link->absoluteString()) : "-");
     if (computed.block != "P") return;
     const auto style = attributes->objectForKey(NSParagraphStyleAttributeName).object<NSParagraphStyle>();
     EXPECT_EQ(stated(computed.align), alignmentOf(style));
