@@ -106,7 +106,7 @@ void printError(const ParseError& error) {
 
 void Parser::begin(const std::string& text) {
     Property::gOrderCounter = 0;
-    scanner.SetString(text);
+    scanner->SetString(text);
     advance();
 }
 
@@ -135,12 +135,12 @@ bool Parser::ParseStyleDeclaration(const std::string& text, MutableStyleDeclarat
 
 // ---- Tokens
 
-void Parser::advance() { currentToken = scanner.yylex(); }
+void Parser::advance() { currentToken = scanner->yylex(); }
 
 // One token, which must be there; its raw text is appended to `text`, if that is given.
 void Parser::match(int token, std::string* text) {
     if (currentToken != token) error();
-    if (text) text->append(scanner.YYText(), static_cast<size_t>(scanner.YYLeng()));
+    if (text) text->append(scanner->YYText(), static_cast<size_t>(scanner->YYLeng()));
     advance();
 }
 
@@ -161,7 +161,7 @@ void Parser::skip(int token) {
 
 // The end of the input has no text, and that of a NUL ends before it.
 void Parser::error() {
-    const std::string message = std::string("CSS Parse Error before token ") + scanner.YYText();
+    const std::string message = std::string("CSS Parse Error before token ") + scanner->YYText();
     WQ_HARD_ASSERT("common/core/css/Parser", "error", 0);
     throw ParseError(message);
 }

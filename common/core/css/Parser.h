@@ -86,7 +86,7 @@ private:
     void function(AST* node);
     void hexcolor(AST* node);
 
-    Scanner scanner;
+    BorrowedScanner scanner = borrowScanner();
     int currentToken = EndOfInput;  // the lookahead
 };
 

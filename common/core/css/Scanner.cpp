@@ -15,6 +15,7 @@ Scanner::Scanner() : wqCSSFlexLexer(nullptr, nullptr) {
 void Scanner::SetString(const std::string& text) {
     inputString = text;
     inputPosition = 0;
+    yyrestart(nullptr);
 }
 
 int Scanner::LexerInput(char* buffer, int maxSize) {
@@ -27,5 +28,23 @@ int Scanner::LexerInput(char* buffer, int maxSize) {
 void Scanner::LexerOutput(const char* text, int length) { std::fwrite(text, 1, static_cast<size_t>(length), stdout); }
 
 void Scanner::LexerError(const char* message) { std::fputs(message, stdout); }
+
+// ---- The one that is kept
+
+namespace {
+constexpr size_t kLongText = 65536;  // bytes; a scanner's buffer grows with its longest token
+
+std::unique_ptr<Scanner>& spare() {
+    static auto* const scanner = new std::unique_ptr<Scanner>;  // never destroyed
+    return *scanner;
+}
+}  // namespace
+
+void KeepScanner::operator()(Scanner* scanner) const noexcept {
+    std::unique_ptr<Scanner> kept(scanner);
+    if (scanner->inputString.size() < kLongText) spare() = std::move(kept);
+}
+
+BorrowedScanner borrowScanner() { return BorrowedScanner(spare() ? spare().release() : new Scanner); }
 
 }  // namespace CSS

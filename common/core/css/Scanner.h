@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 #include <common/core/css/ScannerBase.h>
@@ -10,7 +11,7 @@
 
 namespace CSS {
 
-// One scanner reads one text. There are no errors: what no rule recognises is a token of one character.
+// One scanner reads one text at a time. There are no errors: what no rule recognises is a token of one character.
 //
 // Letters are recognised in both cases, and the text of a token is raw: quotes, units, escapes and case as typed.
 // White space in front of a left brace, a plus, a greater-than sign or a comma belongs to that token.
@@ -20,7 +21,7 @@ class Scanner : public wqCSSFlexLexer {
 public:
     Scanner();
 
-    // Copies the text that yylex is to read.
+    // Copies the text that yylex is to read, from its start; what was not read of the one before is forgotten.
     void SetString(const std::string& text);
 
     // The number of the next token; its text is YYText(), YYLeng() bytes long, until the next call. At the end
@@ -35,6 +36,14 @@ protected:
 private:
     std::string inputString;
     size_t inputPosition = 0;
+    friend struct KeepScanner;
 };
+
+// Scanners are kept for the next text, since making one takes longer than reading a short declaration.
+struct KeepScanner {
+    void operator()(Scanner* scanner) const noexcept;
+};
+using BorrowedScanner = std::unique_ptr<Scanner, KeepScanner>;
+BorrowedScanner borrowScanner();  // whoever borrows one while another reads gets a new one
 
 }  // namespace CSS

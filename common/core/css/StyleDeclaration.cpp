@@ -31,7 +31,9 @@ void StyleDeclaration::removeDuplicatePropertiesFromStyle(MutableStyleDeclaratio
         const SharedPtr<Property> theirs = other->propertyAtIndex(i);
         const std::string name = theirs->name();
         const SharedPtr<Value> ours = propertyCSSValue(name);
-        if (ours && ours->cssText() == (theirs->value ? theirs->value->cssText() : "")) names.push_back(name);
+        if (!ours) continue;
+        const bool isSame = ours.Get() == theirs->value.Get() || ours->cssText() == (theirs->value ? theirs->value->cssText() : "");
+        if (isSame) names.push_back(name);
     }
     for (const std::string& name : names) other->removeProperty(name);
 }

@@ -662,3 +662,57 @@ TEST(Scanner, WhatLooksLikeALongTokenIsGivenBack) {
     };
     for (size_t i = 0; i < rows.size(); ++i) EXPECT_TRUE(scan(rows[i].text) == rows[i].lexemes) << "row " << i;
 }
+
+// ---- One scanner after another text
+
+TEST(ScannerTest, ANewTextBeginsAnewWhereverTheOldOneWasLeft) {
+    Scanner scanner;
+    scanner.SetString("alpha beta gamma");
+    EXPECT_EQ(next(scanner), Lexeme(IDENT, "alpha"));
+    scanner.SetString("12px");
+    EXPECT_EQ(rest(scanner), (Lexemes{{LENGTH, "12px"}}));
+    scanner.SetString("");
+    EXPECT_EQ(rest(scanner), Lexemes());
+    scanner.SetString("delta");
+    EXPECT_EQ(rest(scanner), (Lexemes{{IDENT, "delta"}}));
+}
+
+TEST(ScannerTest, ANewTextBeginsAnewInsideATokenAndBehindANUL) {
+    Scanner scanner;
+    scanner.SetString("\"never ended");
+    EXPECT_EQ(next(scanner), Lexeme('"'));
+    scanner.SetString("a\0b"s);
+    EXPECT_EQ(next(scanner), Lexeme(IDENT, "a"));
+    EXPECT_EQ(next(scanner).token, 0);
+    scanner.SetString("c");
+    EXPECT_EQ(rest(scanner), (Lexemes{{IDENT, "c"}}));
+}
+
+TEST(ScannerTest, ANewTextBeginsAnewBehindALongToken) {
+    Scanner scanner;
+    const std::string name(200000, 'x');
+    scanner.SetString(name + " y");
+    EXPECT_EQ(next(scanner), Lexeme(IDENT, name));
+    scanner.SetString("z");
+    EXPECT_EQ(rest(scanner), (Lexemes{{IDENT, "z"}}));
+}
+
+TEST(ScannerTest, TwoThatAreBorrowedAtATimeReadTheirOwnTexts) {
+    const BorrowedScanner first = borrowScanner();
+    first->SetString("a b");
+    EXPECT_EQ(next(*first), Lexeme(IDENT, "a"));
+    const BorrowedScanner second = borrowScanner();
+    EXPECT_NE(first, second);
+    second->SetString("c d");
+    EXPECT_EQ(next(*second), Lexeme(IDENT, "c"));
+    EXPECT_EQ(rest(*first), (Lexemes{{S, " "}, {IDENT, "b"}}));
+    EXPECT_EQ(rest(*second), (Lexemes{{S, " "}, {IDENT, "d"}}));
+}
+
+TEST(ScannerTest, OneThatWasGivenBackServesTheNext) {
+    const Scanner* first = borrowScanner().get();
+    const BorrowedScanner second = borrowScanner();
+    EXPECT_EQ(second.get(), first);
+    second->SetString("e");
+    EXPECT_EQ(rest(*second), (Lexemes{{IDENT, "e"}}));
+}
