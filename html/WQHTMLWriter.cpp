@@ -25,6 +25,13 @@ Ref<NSDictionary> withPlainColors(const Ref<NSDictionary>& attributes) {
     return plain;
 }
 
+// The properties are shared.
+Ref<WQCSSMutableStyleDeclaration> copyOf(const Ref<WQCSSMutableStyleDeclaration>& style) {
+    const auto copy = WQCSSMutableStyleDeclaration::newStyleDeclaration();
+    copy->mutableDeclaration()->properties = style->mutableDeclaration()->properties;
+    return copy;
+}
+
 }  // namespace
 
 bool WQHTMLWriter::init() {
@@ -74,7 +81,7 @@ uint64_t WQHTMLWriter::encodeParagraphInRange(NSRange range) {
     my.sourceString->string().getParagraphStart_end_contentsEnd_forRange(nullptr, &end, &contentsEnd, {start, 0});
     const auto attributes = my.sourceString->attributesAtIndex_effectiveRange(start, nullptr);
     startElement(u"p");
-    writeStyle(WQCSSMutableStyleDeclaration::styleDeclarationFromAttributes(attributes));
+    writeStyle(copyOf(styleSaidBy(attributes)));
     pushParentAttributes(attributes);
     encodeInlinesInRange(rangeFromTo(start, contentsEnd));
     my.writer->endElement();
@@ -91,7 +98,7 @@ uint64_t WQHTMLWriter::encodeListInRange(NSRange range) {
     startElement(u"ul");
 
     const auto attributes = my.sourceString->attributesAtIndex_effectiveRange(start, nullptr);
-    const auto style = WQCSSMutableStyleDeclaration::styleDeclarationFromAttributes(attributes);
+    const auto style = copyOf(styleSaidBy(attributes));
     const NSString marker = listStyleForList(list);
     if (marker && marker != u"disc") style->setProperty_value(u"list-style-type", marker);
     style->setProperty_value(u"margin-left", u"0px");  // the indent of a list is no margin
@@ -161,8 +168,8 @@ uint64_t WQHTMLWriter::encodeSpanInRange(NSRange range) {
     const auto attributes = withPlainColors(my.sourceString->attributesAtIndex_effectiveRange(range.location, &run));
     const uint64_t end = std::min(endOf(run), endOf(range));
     const NSString text = my.sourceString->string().substringWithRange(rangeFromTo(range.location, end));
-    const auto style = WQCSSMutableStyleDeclaration::styleDeclarationFromAttributes(attributes);
-    parentStyle()->removeDuplicatePropertiesFromStyle(style);
+    const auto style = copyOf(styleSaidBy(attributes));
+    styleSaidBy(parentAttributes())->removeDuplicatePropertiesFromStyle(style);
     if (style->length() == 0) {
         my.writer->writeString(text);
         return end;
@@ -185,12 +192,23 @@ void WQHTMLWriter::startElement(const NSString& name) {
 
 // What differs from the element around.
 void WQHTMLWriter::writeStyle(const Ref<WQCSSMutableStyleDeclaration>& style) {
-    parentStyle()->removeDuplicatePropertiesFromStyle(style);
+    styleSaidBy(parentAttributes())->removeDuplicatePropertiesFromStyle(style);
     if (style->length() > 0) my.writer->writeAttribute_content(u"style", style->cssText());
 }
 
-Ref<WQCSSMutableStyleDeclaration> WQHTMLWriter::parentStyle() const {
-    return WQCSSMutableStyleDeclaration::styleDeclarationFromAttributes(parentAttributes());
+Ref<WQCSSMutableStyleDeclaration> WQHTMLWriter::parentStyle() const { return copyOf(styleSaidBy(parentAttributes())); }
+
+const Ref<WQCSSMutableStyleDeclaration>& WQHTMLWriter::styleSaidBy(const Ref<NSDictionary>& attributes) const {
+    constexpr size_t kKept = 16;
+    static const auto& keys = *new std::array<NSString, 4>{
+        NSParagraphStyleAttributeName, NSFontAttributeName, NSUnderlineStyleAttributeName, NSForegroundColorAttributeName};
+    std::array<NSValue, 4> values;
+    std::transform(keys.begin(), keys.end(), values.begin(), [&](const NSString& key) { return attributes->objectForKey(key); });
+    for (auto latest = said.rbegin(); latest != said.rend(); ++latest)
+        if (latest->values == values) return latest->style;
+    if (said.size() == kKept) said.erase(said.begin());
+    said.push_back({std::move(values), WQCSSMutableStyleDeclaration::styleDeclarationFromAttributes(attributes)});
+    return said.back().style;
 }
 
 Ref<NSDictionary> WQHTMLWriter::parentAttributes() const { return my.attributeStack.empty() ? nullptr : my.attributeStack.back(); }

@@ -4,6 +4,7 @@
 // of which says what differs from the element around it; there is no class and no style sheet.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "dom/WQXMLWriter.h"
@@ -66,14 +67,18 @@ protected:
     virtual uint64_t encodeLinkInRange(NSRange range);
     virtual uint64_t encodeSpanInRange(NSRange range);
 
-    // What the steps write to; null behind an encoding.
-    void setWriter(const Ref<WQXMLWriter>& writer) { my.writer = writer; }
+    // What the steps write to; null behind an encoding. Until the next call, what attributes say is read once: a font or
+    // paragraph style that changes is read anew behind it.
+    void setWriter(const Ref<WQXMLWriter>& writer) {
+        my.writer = writer;
+        said.clear();
+    }
     // Kept without a count, and not forgotten afterwards.
     void setSourceString(const NSAttributedString* string) { my.sourceString = string; }
     // With the prefix and the namespace of all elements.
     void startElement(const NSString& name);
 
-    Ref<WQCSSMutableStyleDeclaration> parentStyle() const;  // of the element around; made anew at each call
+    Ref<WQCSSMutableStyleDeclaration> parentStyle() const;  // of the element around; a new one at each call
     // Of the element around: the last one pushed. To pop answers it and takes it away; null if there is none.
     Ref<NSDictionary> parentAttributes() const;
     void pushParentAttributes(const Ref<NSDictionary>& attributes);
@@ -94,9 +99,19 @@ protected:
     } my;
 
 private:
+    // What attributes say about style, each compared by identity, and the declaration of that, which is not to be changed.
+    struct Said {
+        std::array<NSValue, 4> values;
+        Ref<WQCSSMutableStyleDeclaration> style;
+    };
+    const Ref<WQCSSMutableStyleDeclaration>& styleSaidBy(const Ref<NSDictionary>& attributes) const;
+
     uint64_t encodeItemInRange(const Ref<NSTextList>& list, NSRange range);
     void writeStyle(const Ref<WQCSSMutableStyleDeclaration>& style);
     std::vector<Ref<NSTextList>> textListsAtIndex(uint64_t index) const;
+
+    // The latest last: the runs of a text go back and forth between a few.
+    mutable std::vector<Said> said;
 };
 
 template <class T> class NilHTMLWriter : public T {

@@ -718,6 +718,43 @@ TEST(WQHTMLWriterTest, TheBaseIsWhatParagraphsCompareWith) {
         R"(<p style="margin-left: 0px; font-weight: normal; ">One</p><p>Two</p><p style="font-style: italic; ">Three</p>)");
 }
 
+// ---- Looks that come again
+
+TEST(WQHTMLWriterTest, MoreLooksThanAreKeptAtATimeComeAgainAsTheyWere) {
+    Pieces pieces;
+    std::string expected;
+    for (int round = 0; round < 2; ++round)
+        for (int points = 20; points < 45; ++points) {
+            pieces.push_back({u"x\n", plain.size(points)});
+            expected += "<p style=\"font-size: " + std::to_string(points) + "px; \">x</p>";
+        }
+    EXPECT_EQ(html(pieces), expected);
+}
+
+TEST(WQHTMLWriterTest, LooksThatDifferInOneValueAreToldApart) {
+    const Look looks[] = {plain, plain.bold(), plain.red(), plain.underlined(), plain.aligned(NSTextAlignmentRight)};
+    const std::string said[] = {"", "font-weight: bold; ", "color: #ff0000; ", "text-decoration: underline; ", "text-align: right; "};
+    Pieces pieces;
+    std::string expected;
+    for (size_t i = 0; i < 20; ++i) {
+        const size_t which = i * 3 % 5;
+        pieces.push_back({u"x\n", looks[which]});
+        expected += said[which].empty() ? "<p>x</p>" : "<p style=\"" + said[which] + "\">x</p>";
+    }
+    EXPECT_EQ(html(pieces), expected);
+}
+
+TEST(WQHTMLWriterTest, AParagraphStyleThatChangedBetweenTwoEncodingsIsReadAnew) {
+    const auto paragraph = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
+    const auto attributes =
+        NSDictionary::dictionary({{NSParagraphStyleAttributeName, paragraph}, {NSFontAttributeName, NSFont::userFontOfSize(12)}});
+    const Ref<NSAttributedString> text = NSAttributedString::newWithString_attributes(u"x", attributes);
+    const auto writer = WQHTMLWriter::newHTMLWriter();
+    EXPECT_EQ(html(text, writer), "<p>x</p>");
+    paragraph->setAlignment(NSTextAlignmentRight);
+    EXPECT_EQ(html(text, writer), R"(<p style="text-align: right; ">x</p>)");
+}
+
 // ---- The steps
 
 // Shows its steps, and writes down each: "paragraph 0+4=4", with "-" for what was not found.
@@ -1104,3 +1141,12 @@ TEST(WQHTMLWriterNullTest, ANullWriterTakesNothingAndWritesNothing) {
 }
 
 }  // namespace
+
+TEST(WQHTMLWriterStepsTest, TheParentsStyleIsTheCallersToChange) {
+    Begun begun({{u"x"}, {u"y", plain.bold()}});
+    begun->parentStyle()->setProperty_value(u"font-weight", u"bold");
+    begun->parentStyle()->setCssText(u"");
+    begun->encodeSpanInRange({0, 1});
+    begun->encodeSpanInRange({1, 1});
+    EXPECT_EQ(begun.written(), R"(x<span style="font-weight: bold; ">y</span>)");
+}
