@@ -34,13 +34,16 @@ void WaitingChecks::settle() {
 }
 
 void GuardedCall::keep(std::exception_ptr failure, xmlError* error) noexcept {
-    if (!first) xmlCopyError(error, &report);
+    if (!first) {
+        report = {};
+        reported = xmlCopyError(error, &report) == 0;
+    }
     keep(std::move(failure));
 }
 
 void GuardedCall::raise() {
     current = outer;
-    if (report.code != XML_ERR_OK) xmlCopyError(&report, &xmlLastError);
+    if (reported) xmlCopyError(&report, &xmlLastError);
     if (first) std::rethrow_exception(std::exchange(first, nullptr));
 }
 
@@ -200,10 +203,22 @@ WQXMLDocument* Binding::wrapperOf(xmlDocPtr doc) {
 
 void Binding::bindDocument(WQXMLDocument* document, xmlDocPtr doc) { doc->_private = doc->psvi = document; }
 
+namespace {
+// Asked of the first object of each class.
+bool isWrapper(const Object& object, const Class& aClass) {
+    enum : char { kUnknown, kNo, kYes };
+    static std::vector<char> known;
+    if (known.size() <= aClass.number()) known.resize(aClass.number() + size_t{1}, kUnknown);
+    char& answer = known[aClass.number()];
+    if (answer == kUnknown) answer = dynamic_cast<const WQXMLNode*>(&object) ? kYes : kNo;
+    return answer == kYes;
+}
+}  // namespace
+
 WQXMLNode* Binding::makeWrapper(const Class* aClass, xmlNodePtr node) {
     if (!aClass) return nullptr;
     auto object = Ref<Object>::adopt(aClass->make());
-    if (!dynamic_cast<WQXMLNode*>(object.get())) return nullptr;
+    if (!isWrapper(*object.get(), *aClass)) return nullptr;
     std::unique_ptr<WQXMLNode, Unbind> made(static_cast<WQXMLNode*>(object.leak()), Unbind{node});
     return made->initWithXMLNode(node) ? made.release() : nullptr;
 }
@@ -379,8 +394,13 @@ private:
     xmlNsPtr lastForeign = nullptr, lastCopy = nullptr;
 };
 
+// A node alone that has no namespace and no attribute points to none.
+bool needsNoNamespace(xmlNodePtr node) {
+    return node->type != XML_ATTRIBUTE_NODE && !node->children && (node->type != XML_ELEMENT_NODE || (!node->ns && !node->properties));
+}
+
 void localise(xmlNodePtr root) {
-    if (wrapper(root)) Localiser(root).run();
+    if (wrapper(root) && !needsNoNamespace(root)) Localiser(root).run();
 }
 
 std::unordered_set<xmlNsPtr> namespacesInUse(xmlNodePtr root) {

@@ -39,13 +39,24 @@ inline Ref<WQXMLNode> wrapped(const void* node) noexcept { return Ref<WQXMLNode>
 // A string as libxml2 takes it: UTF-8 with a NUL behind it, or a null pointer for null.
 class Bytes {
 public:
-    explicit Bytes(const NSString& string) : text(toUTF8(string)), present(string) {}
-    operator const xmlChar*() const { return present ? reinterpret_cast<const xmlChar*>(text.c_str()) : nullptr; }
-    const char* characters() const { return present ? text.c_str() : nullptr; }
+    explicit Bytes(const NSString& string) {
+        if (!string) return;
+        if (copyASCII(string, few, sizeof few)) {
+            bytes = few;
+        } else {
+            text = toUTF8(string);
+            bytes = text.c_str();
+        }
+    }
+    Bytes(const Bytes&) = delete;
+    Bytes& operator=(const Bytes&) = delete;
+    operator const xmlChar*() const { return reinterpret_cast<const xmlChar*>(bytes); }
+    const char* characters() const { return bytes; }
 
 private:
+    const char* bytes = nullptr;
     std::string text;
-    bool present;
+    char few[128];  // names and short texts need no memory of their own
 };
 
 // A string that libxml2 made for us; frees it.
@@ -69,10 +80,10 @@ OwnNamespace newNamespace(const NSString& uri, const NSString& prefix);
 // called when libxml2 has returned and what it gave is freed, raises what was kept.
 class GuardedCall {
 public:
-    GuardedCall() noexcept : outer(std::exchange(current, this)) {}
+    GuardedCall() noexcept : outer(std::exchange(current, this)) {}  // the report has no value yet
     ~GuardedCall() {
         if (current == this) current = outer;
-        xmlResetError(&report);
+        if (reported) xmlResetError(&report);
     }
     GuardedCall(const GuardedCall&) = delete;
     GuardedCall& operator=(const GuardedCall&) = delete;
@@ -89,7 +100,8 @@ public:
 
 private:
     std::exception_ptr first;
-    xmlError report{};  // that goes with it; a copy
+    bool reported = false;
+    xmlError report;  // that goes with it; a copy, once there is one
     GuardedCall* outer;
 };
 

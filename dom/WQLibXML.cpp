@@ -74,6 +74,7 @@ const wq::Class* classForNode(xmlNodePtr node) {
 bool isStopped() { return wq::GuardedCall::current && wq::GuardedCall::current->failed(); }
 
 void settlePendingCheck() {
+    if (!gCheckNode) return;
     if (isStopped())
         gCheckNode = nullptr;
     else if (wq::WaitingChecks::current)
@@ -112,6 +113,7 @@ void xmlRegisterNode(xmlNodePtr node) {
 
 void xmlDeregisterNode(xmlNodePtr node) {
     count(-1);
+    if (node->next) __builtin_prefetch(node->next->_private, 1);  // in a long document it is in no cache
     wq::keepFailure([&] {
         wq::keepFailure(settlePendingCheck);  // the rest must not be left out
         if (node->type == XML_ATTRIBUTE_NODE) wq::Binding::forgetIdentifier(reinterpret_cast<xmlAttrPtr>(node));

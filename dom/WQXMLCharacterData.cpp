@@ -17,23 +17,20 @@ void WQXMLCharacterData::deleteCharactersInRange(NSRange range) { replaceCharact
 void WQXMLCharacterData::replaceCharactersInRange_withString(NSRange range, const NSString& string) {
     if (!xmlNode()) return;
     const Ref<WQXMLNode> receiver = self();
-    const NSString old = this->string();
+    NSString old = this->string();
     const NSString edited = old ? old.stringByReplacingCharactersInRange_withString(range, string) : string;
     wq::Binding::setContent(xmlNode(), wq::Bytes(edited));
-    notifyDidReplaceCharactersInRange_withString_oldString(range, string, old);
+    notifyDidReplaceCharactersInRange_withString_oldString(range, string, std::move(old));
 }
 
 NSString WQXMLCharacterData::printDescription() const { return WQXMLNode::printDescription() + u" " + wq::printed(string()); }
 
-void WQXMLCharacterData::notifyDidReplaceCharactersInRange_withString_oldString(
-    NSRange range,
-    const NSString& string,
-    const NSString& oldString) {
+void WQXMLCharacterData::notifyDidReplaceCharactersInRange_withString_oldString(NSRange range, const NSString& string, NSString oldString) {
     if (!anyoneListens()) return;
     auto event = WQXMLMutationEvent::newEvent();
     event->setEventID(2);
     event->setCanBubble(true);
-    event->setPrevValue(oldString);
+    event->setPrevValue(std::move(oldString));
     event->setRange(range);
     event->setString(string);
     dispatchEvent(event);

@@ -28,5 +28,5 @@ public:
     // ---- For dom only
 
     // Fires 2 on this node.
-    void notifyDidReplaceCharactersInRange_withString_oldString(NSRange range, const NSString& string, const NSString& oldString);
+    void notifyDidReplaceCharactersInRange_withString_oldString(NSRange range, const NSString& string, NSString oldString);
 };

@@ -58,6 +58,9 @@ struct DetachedNode {
     }
     DetachedNode(const DetachedNode&) = delete;
     DetachedNode& operator=(const DetachedNode&) = delete;
+
+    static void* operator new(size_t size) { return allocateSmall(size); }
+    static void operator delete(void* memory, size_t size) noexcept { freeSmall(memory, size); }
 };
 }  // namespace wq
 

@@ -53,7 +53,18 @@ bool WQXMLElement::hasChildNodes() const { return xmlNode() && xmlNode()->childr
 bool WQXMLElement::hasAttributes() const { return xmlNode() && xmlNode()->properties; }
 Ref<WQXMLNode> WQXMLElement::firstAttribute() const { return wq::wrapped(xmlNode() ? xmlNode()->properties : nullptr); }
 
-NSString WQXMLElement::getAttribute(const NSString& name) const { return wq::takeString(xmlGetProp(xmlNode(), Bytes(name))); }
+namespace {
+// As xmlGetProp has it, without its copy where the value is one text.
+NSString attributeOf(xmlNodePtr element, const Bytes& name) {
+    const xmlAttr* attribute = xmlHasProp(element, name);
+    if (!attribute) return nullptr;
+    const xmlNode* text = attribute->type == XML_ATTRIBUTE_NODE ? attribute->children : nullptr;
+    if (text && !text->next && text->type == XML_TEXT_NODE) return wq::fromUTF8(text->content);
+    return wq::takeString(xmlGetProp(element, name));
+}
+}  // namespace
+
+NSString WQXMLElement::getAttribute(const NSString& name) const { return attributeOf(xmlNode(), Bytes(name)); }
 
 NSString WQXMLElement::getAttribute_namespaceURI(const NSString& localName, const NSString& uri) const {
     return wq::takeString(xmlGetNsProp(xmlNode(), Bytes(localName), Bytes(uri)));
@@ -154,11 +165,12 @@ void WQXMLElement::encodeWithWriter(const Ref<WQXMLWriter>& writer) const {
 void WQXMLElement::setAttribute_value(const NSString& name, const NSString& value) {
     if (!xmlNode() || !name) return;
     const wq::KeptAlive kept(this);
-    const NSString previous = getAttribute(name);
+    const Bytes bytes(name);
+    NSString previous = attributeOf(xmlNode(), bytes);
     xmlAttrPtr attribute = nullptr;
     Binding::settleIdentifiers(xmlNode(), name);
-    wq::guarded([&] { attribute = xmlSetProp(xmlNode(), Bytes(name), Bytes(value)); });  // old value texts go by the hook
-    notifyAttrChanged_newValue_prevValue_relatedNode(name, value, previous, wq::wrapped(attribute));
+    wq::guarded([&] { attribute = xmlSetProp(xmlNode(), bytes, Bytes(value)); });  // old value texts go by the hook
+    notifyAttrChanged_newValue_prevValue_relatedNode(name, value, std::move(previous), wq::wrapped(attribute));
 }
 
 void WQXMLElement::removeAttribute(const NSString& name) {
@@ -196,12 +208,12 @@ void WQXMLElement::removeAttribute_namespaceURI(const NSString& localName, const
 void WQXMLElement::notifyAttrChanged_newValue_prevValue_relatedNode(
     const NSString& name,
     const NSString& newValue,
-    const NSString& prevValue,
+    NSString prevValue,
     const Ref<WQXMLNode>& relatedNode) {
     if (!anyoneListens()) return;
     const int32_t attrChange = prevValue ? 2 : 1;
     dispatchEvent(WQXMLMutationEvent::attrModifiedEventWithTarget_attrName_attrChange_prevValue_newValue_relatedNode(
-        self(), name, attrChange, prevValue, newValue, relatedNode));
+        self(), name, attrChange, std::move(prevValue), newValue, relatedNode));
 }
 
 size_t WQXMLElement::numberOfOwnedNamespaces() const { return Binding::numberOfOwnedNamespaces(this); }

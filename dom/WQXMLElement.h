@@ -126,7 +126,7 @@ public:
     void notifyAttrChanged_newValue_prevValue_relatedNode(
         const NSString& name,
         const NSString& newValue,
-        const NSString& prevValue,
+        NSString prevValue,
         const Ref<WQXMLNode>& relatedNode);
     size_t numberOfOwnedNamespaces() const;  // structures made for attributes, kept until this element dies
 };

@@ -15,16 +15,16 @@ Ref<WQXMLMutationEvent> WQXMLMutationEvent::newEvent() { return wq::make<WQXMLMu
 
 Ref<WQXMLMutationEvent> WQXMLMutationEvent::attrModifiedEventWithTarget_attrName_attrChange_prevValue_newValue_relatedNode(
     const Ref<WQXMLNode>& target,
-    const NSString& attrName,
+    NSString attrName,
     int32_t attrChange,
-    const NSString& prevValue,
-    const NSString& newValue,
+    NSString prevValue,
+    NSString newValue,
     const Ref<WQXMLNode>& relatedNode) {
     auto event = mutation(1, target, relatedNode);
-    event->setAttrName(attrName);
+    event->setAttrName(std::move(attrName));
     event->setAttrChange(attrChange);
-    event->setPrevValue(prevValue);
-    event->setNewValue(newValue);
+    event->setPrevValue(std::move(prevValue));
+    event->setNewValue(std::move(newValue));
     return event;
 }
 

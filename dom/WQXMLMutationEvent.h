@@ -10,10 +10,10 @@ public:
     // All bubble and none can be cancelled. Dispatch overwrites their target.
     static Ref<WQXMLMutationEvent> attrModifiedEventWithTarget_attrName_attrChange_prevValue_newValue_relatedNode(
         const Ref<WQXMLNode>& target,
-        const NSString& attrName,
+        NSString attrName,
         int32_t attrChange,
-        const NSString& prevValue,
-        const NSString& newValue,
+        NSString prevValue,
+        NSString newValue,
         const Ref<WQXMLNode>& relatedNode);
     static Ref<WQXMLMutationEvent> nodeInsertedEventWithTarget_relatedNode(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode);
     static Ref<WQXMLMutationEvent> nodeRemovedEventWithTarget_relatedNode(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode);
@@ -27,13 +27,13 @@ public:
     virtual void setRelatedNode(const Ref<WQXMLNode>& node) { my.relatedNode = node; }
     // Events 1 and 2: the value before; null if there was none.
     const NSString& prevValue() const { return my.prevValue; }
-    virtual void setPrevValue(const NSString& value) { my.prevValue = value; }
+    virtual void setPrevValue(NSString value) { my.prevValue = std::move(value); }
     // Event 1: the value after. Null in event 2.
     const NSString& newValue() const { return my.newValue; }
-    virtual void setNewValue(const NSString& value) { my.newValue = value; }
+    virtual void setNewValue(NSString value) { my.newValue = std::move(value); }
     // Event 1: the name that setAttribute_value was given.
     const NSString& attrName() const { return my.attrName; }
-    virtual void setAttrName(const NSString& name) { my.attrName = name; }
+    virtual void setAttrName(NSString name) { my.attrName = std::move(name); }
     // 1: the attribute is new. 2: it existed. These are not the DOM's numbers.
     int32_t attrChange() const { return my.attrChange; }
     virtual void setAttrChange(int32_t change) { my.attrChange = change; }
@@ -41,7 +41,7 @@ public:
     NSRange range() const { return my.range; }
     virtual void setRange(NSRange range) { my.range = range; }
     const NSString& string() const { return my.string; }
-    virtual void setString(const NSString& string) { my.string = string; }
+    virtual void setString(NSString string) { my.string = std::move(string); }
 
     template <class T> using Nil = NilMutationEvent<T>;
 
@@ -60,10 +60,10 @@ private:
 template <class T> class NilMutationEvent : public NilEvent<T> {
 public:
     void setRelatedNode(const Ref<WQXMLNode>&) override {}
-    void setPrevValue(const NSString&) override {}
-    void setNewValue(const NSString&) override {}
-    void setAttrName(const NSString&) override {}
+    void setPrevValue(NSString) override {}
+    void setNewValue(NSString) override {}
+    void setAttrName(NSString) override {}
     void setAttrChange(int32_t) override {}
     void setRange(NSRange) override {}
-    void setString(const NSString&) override {}
+    void setString(NSString) override {}
 };

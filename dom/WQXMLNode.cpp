@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "dom/Binding.h"
 #include "dom/Rare.h"
@@ -15,50 +16,6 @@
 using wq::Binding;
 using wq::wrapped;
 using wq::wrapper;
-
-// ---- Storage: blocks of wrappers, one free list for each size. Under a sanitizer each wrapper
-// stands alone, so that a use after its end is found.
-
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSlab = false;
-#elif defined(__has_feature)
-constexpr bool kSlab = !__has_feature(address_sanitizer);
-#else
-constexpr bool kSlab = true;
-#endif
-constexpr size_t kUnit = 16, kLargest = 64, kBlock = size_t{64} * 1024;
-
-struct FreeCell {
-    FreeCell* next;
-};
-thread_local FreeCell* gFree[kLargest / kUnit + 1];
-
-size_t roundedUp(size_t size) { return (size + kUnit - 1) / kUnit * kUnit; }
-
-void* carve(size_t size) {
-    auto* block = static_cast<char*>(::operator new(kBlock));
-    FreeCell*& head = gFree[size / kUnit];
-    for (size_t at = (kBlock / size - 1) * size; at; at -= size) head = new (block + at) FreeCell{head};
-    return block;
-}
-
-}  // namespace
-
-void* WQXMLNode::operator new(size_t size) {
-    size = roundedUp(size);
-    if (!kSlab || size > kLargest) return ::operator new(size);
-    FreeCell*& head = gFree[size / kUnit];
-    return head ? std::exchange(head, head->next) : carve(size);
-}
-
-void WQXMLNode::operator delete(void* memory, size_t size) noexcept {
-    size = roundedUp(size);
-    if (!kSlab || size > kLargest) return ::operator delete(memory);
-    FreeCell*& head = gFree[size / kUnit];
-    head = new (memory) FreeCell{head};
-}
 
 WQXMLNode::Rare& WQXMLNode::makeRare() { return my.rare ? *my.rare : *(my.rare = new Rare); }
 WQXMLNode::~WQXMLNode() { delete my.rare; }
@@ -80,8 +37,9 @@ void WQXMLNode::teardown() {
         count = 0;
     }
     flags |= kDying;  // references made from here on do not come back here
+    if (!my.impl) return delete this;
     wq::GuardedCall guard;
-    if (my.impl) Binding::freeNode(this);
+    Binding::freeNode(this);
     delete this;
     guard.raise();
 }
@@ -181,8 +139,13 @@ uint64_t WQXMLNode::numberOfChildren() const {
 
 // ---- Ancestors
 
+namespace {
+// For walks within which nothing is let go.
+const WQXMLNode* parentOf(const WQXMLNode* node) { return wrapper(node->xmlNode() ? node->xmlNode()->parent : nullptr); }
+}  // namespace
+
 bool WQXMLNode::isAncestorOfNode(const Ref<WQXMLNode>& node) const {
-    for (Ref<WQXMLNode> ancestor = node->parentNode(); ancestor; ancestor = ancestor->parentNode())
+    for (const WQXMLNode* ancestor = node.get(); ancestor && (ancestor = parentOf(ancestor));)
         if (ancestor == this) return true;
     return false;
 }
@@ -417,61 +380,101 @@ uint64_t WQXMLNode::events() const {
 
 namespace {
 
-using Mask = uint64_t (WQXMLEventListenerData::*)() const;
+// What a record hears in a phase: its captureEvents or its events.
+template <auto mask> bool hears(const WQXMLEventListenerData& record, const WQXMLEvent& event) {
+    return (record.*mask)() & static_cast<uint64_t>(event.eventID());
+}
 
-uint64_t bitsOf(const Ref<WQXMLEvent>& event) { return static_cast<uint64_t>(event->eventID()); }
+template <auto mask> bool anyHears(const std::vector<Ref<WQXMLEventListenerData>>& records, const WQXMLEvent& event) {
+    for (const auto& record : records)
+        if (hears<mask>(*record.get(), event)) return true;
+    return false;
+}
 
 // The records are walked as they stand, since a listener may add and remove on this node.
-void callListeners(const Ref<WQXMLNode>& node, const Ref<WQXMLEvent>& event, Mask mask) {
-    for (size_t i = 0; node->listeners() && i < node->listeners()->size(); ++i) {
-        const Ref<WQXMLEventListenerData> record = (*node->listeners())[i];
-        if (record->listener() && ((record.get()->*mask)() & bitsOf(event))) record->listener()->handleEvent(event);
+template <auto mask> void callListeners(const std::vector<Ref<WQXMLEventListenerData>>& records, const Ref<WQXMLEvent>& event) {
+    for (size_t i = 0; i < records.size(); ++i) {
+        const WQXMLEventListenerData& record = *records[i].get();
+        if (record.listener() && hears<mask>(record, *event.operator->())) record.listener()->handleEvent(event);
     }
 }
 
-// `nodes` holds the nearest ancestor first, and the top of the tree is called first.
-void callAncestors(const WQXMLNode::Sequence& nodes, const Ref<WQXMLEvent>& event, Mask mask) {
-    for (auto node = nodes.rbegin(); node != nodes.rend() && !event->stopPropagation(); ++node) callListeners(*node, event, mask);
+// An ancestor with listeners that hear the event while capturing, or while bubbling.
+struct HearingAncestor {
+    Ref<WQXMLNode> node;
+    bool whileCapturing = false;
+    bool whileBubbling = false;
+};
+
+// The nearest one first. The first few take no memory of their own.
+class HearingAncestors {
+public:
+    void add(HearingAncestor ancestor) {
+        if (count < few.size())
+            few[count] = std::move(ancestor);
+        else
+            more.push_back(std::move(ancestor));
+        ++count;
+    }
+    size_t size() const { return count; }
+    const HearingAncestor& operator[](size_t index) const { return index < few.size() ? few[index] : more[index - few.size()]; }
+
+private:
+    std::array<HearingAncestor, 3> few;
+    std::vector<HearingAncestor> more;
+    size_t count = 0;
+};
+
+// The top of the tree is called first.
+template <auto mask> void callAncestors(const HearingAncestors& ancestors, bool HearingAncestor::*phase, const Ref<WQXMLEvent>& event) {
+    for (size_t i = ancestors.size(); i-- > 0 && !event->stopPropagation();)
+        if (ancestors[i].*phase) callListeners<mask>(*ancestors[i].node->listeners(), event);
 }
+
+constexpr auto kCaptured = &WQXMLEventListenerData::captureEvents;
+constexpr auto kHeard = &WQXMLEventListenerData::events;
 
 }  // namespace
 
 bool WQXMLNode::dispatchEvent(const Ref<WQXMLEvent>& dispatched) {
-    const Ref<WQXMLEvent> event = dispatched;
+    const Ref<WQXMLEvent> kept = dispatched;
+    WQXMLEvent& event = *kept.operator->();
 
     // 1. Whatever target it was made with.
     const Ref<WQXMLNode> target = self();
-    event->setTarget(target);
+    event.setTarget(target);
 
     // 2. Who hears it is fixed here.
-    Sequence capturing, bubbling;
-    for (Ref<WQXMLNode> node = parentNode(); node; node = node->parentNode()) {
-        if (!node->listeners()) continue;
-        if (node->captureEvents() & bitsOf(event)) capturing.push_back(node);
-        if (node->events() & bitsOf(event)) bubbling.push_back(node);
+    HearingAncestors ancestors;
+    for (const WQXMLNode* node = parentOf(this); node; node = parentOf(node)) {
+        const auto* records = node->listeners();
+        if (!records) continue;
+        const bool captured = anyHears<kCaptured>(*records, event), heard = anyHears<kHeard>(*records, event);
+        if (captured || heard) ancestors.add({node->self(), captured, heard});
     }
 
     // 3. Capture.
-    event->setPhase(1);
-    callAncestors(capturing, event, &WQXMLEventListenerData::captureEvents);
+    event.setPhase(1);
+    callAncestors<kCaptured>(ancestors, &HearingAncestor::whileCapturing, kept);
 
     // 4. At the target, whose capture listeners are never called.
-    event->setPhase(2);
-    if ((events() & bitsOf(event)) && !event->stopPropagation()) callListeners(target, event, &WQXMLEventListenerData::events);
+    event.setPhase(2);
+    const auto* records = listeners();
+    if (records && anyHears<kHeard>(*records, event) && !event.stopPropagation()) callListeners<kHeard>(*records, kept);
 
     // 5. Bubbling, which runs from the top as well: wanted.
-    if (event->canBubble() && !event->stopPropagation()) {
-        event->setPhase(3);
-        callAncestors(bubbling, event, &WQXMLEventListenerData::events);
+    if (event.canBubble() && !event.stopPropagation()) {
+        event.setPhase(3);
+        callAncestors<kHeard>(ancestors, &HearingAncestor::whileBubbling, kept);
     }
 
     // 6.
-    return event->preventDefault();
+    return event.preventDefault();
 }
 
 // Without a listener on the way up nobody could see an event: none is made.
 bool WQXMLNode::anyoneListens() const {
-    for (const WQXMLNode* node = this; node; node = wrapper(node->my.impl ? node->my.impl->parent : nullptr))
+    for (const WQXMLNode* node = this; node; node = parentOf(node))
         if (node->my.rare && node->my.rare->listeners) return true;
     return false;
 }

@@ -194,9 +194,6 @@ public:
     void notifyDidInsertNode(const Ref<WQXMLNode>& child);   // fires 4 on it, naming this node
     void notifyWillRemoveNode(const Ref<WQXMLNode>& child);  // fires 8 on it, naming this node
 
-    static void* operator new(size_t size);
-    static void operator delete(void* memory, size_t size) noexcept;
-
 protected:
     // This object as a reference; null for the null object.
     Ref<WQXMLNode> self() const noexcept { return Ref(const_cast<WQXMLNode*>(this)); }

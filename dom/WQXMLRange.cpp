@@ -219,19 +219,6 @@ void WQXMLRange::removeListeners() {
     for (int32_t event : {kInserted, kRemoved, kText}) (*place)->removeListener_forEvent_useCapture(this, event, true);
 }
 
-void WQXMLRange::handleEvent(const Ref<WQXMLEvent>& event) {
-    const auto mutation = wq::cast<WQXMLMutationEvent>(event);
-    const Ref<WQXMLNode> target = event->target(), parent = mutation->relatedNode();
-    switch (event->eventID()) {
-        case kText: textChanged(target.get(), mutation->range(), mutation->string().length()); break;
-        case kInserted: nodeInserted(target, parent); break;
-        case kRemoved: nodeWillGo(target, parent); break;
-        default: break;
-    }
-    my.lastEventID = event->eventID();
-    my.lastEventTarget = target.get();
-}
-
 namespace {
 
 // Where an offset goes when text is replaced. The clip is what of that text lay behind it.
@@ -252,16 +239,32 @@ bool isInside(const Ref<WQXMLNode>& node, const Ref<WQXMLNode>& container) {
 
 }  // namespace
 
-void WQXMLRange::textChanged(const WQXMLNode* target, NSRange replaced, uint64_t newLength) {
+inline void WQXMLRange::textChanged(const WQXMLNode* target, NSRange replaced, uint64_t newLength) {
     my.lastEventStartClip = my.lastEventEndClip = 0;
     if (my.startContainer == target) follow(my.startOffset, my.lastEventStartClip, replaced, newLength);
     if (my.endContainer == target) follow(my.endOffset, my.lastEventEndClip, replaced, newLength);
 }
 
+void WQXMLRange::handleEvent(const Ref<WQXMLEvent>& event) {
+    const WQXMLEvent& received = *event.operator->();
+    const auto* mutation = wq::cast<const WQXMLMutationEvent>(&received);
+    if (!mutation) mutation = wq::nil<WQXMLMutationEvent>();
+    const int32_t eventID = received.eventID();
+    const WQXMLNode* target = received.target().get();
+    switch (eventID) {
+        case kText: textChanged(target, mutation->range(), mutation->string().length()); break;
+        case kInserted: nodeInserted(received.target(), mutation->relatedNode()); break;
+        case kRemoved: nodeWillGo(received.target(), mutation->relatedNode()); break;
+        default: break;
+    }
+    my.lastEventID = eventID;
+    my.lastEventTarget = target;
+}
+
 // A text that is split loses its tail, and gets a sibling right behind it that holds the tail: what was
 // clipped by the first goes on into the second. The offset there is the distance from the tail's end, and
 // the start takes that of the end: both wanted.
-void WQXMLRange::nodeInserted(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& parent) {
+void WQXMLRange::nodeInserted(Ref<WQXMLNode> child, Ref<WQXMLNode> parent) {
     const bool afterTextChange = my.lastEventID == kText && child->previousSibling() == my.lastEventTarget;
 
     if (afterTextChange && my.startContainer == my.lastEventTarget && my.lastEventStartClip != 0)
@@ -275,7 +278,7 @@ void WQXMLRange::nodeInserted(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>&
         ++my.endOffset;
 }
 
-void WQXMLRange::nodeWillGo(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& parent) {
+void WQXMLRange::nodeWillGo(Ref<WQXMLNode> child, Ref<WQXMLNode> parent) {
     if (my.startContainer == parent && parent->indexOfChild(child) < my.startOffset)
         --my.startOffset;
     else if (isInside(child, my.startContainer))

@@ -187,8 +187,8 @@ protected:
 private:
     Ref<WQXMLRange> self() const { return Ref<WQXMLRange>(const_cast<WQXMLRange*>(this)); }
     void textChanged(const WQXMLNode* target, NSRange replaced, uint64_t newLength);
-    void nodeInserted(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& parent);
-    void nodeWillGo(const Ref<WQXMLNode>& child, const Ref<WQXMLNode>& parent);
+    void nodeInserted(Ref<WQXMLNode> child, Ref<WQXMLNode> parent);
+    void nodeWillGo(Ref<WQXMLNode> child, Ref<WQXMLNode> parent);
     void removeSelectedChildren(const Ref<WQXMLNode>& parent);
     void removeSelectedText(const Ref<WQXMLNode>& text);
 

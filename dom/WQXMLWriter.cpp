@@ -102,8 +102,12 @@ Ref<NSData> WQXMLWriter::XMLData() const { return my.mutableData; }
 // what it puts into a tree are settled when it has returned.
 template <class... P, class... A> int32_t WQXMLWriter::write(int (*function)(_xmlTextWriter*, P...), A&&... arguments) {
     if (!my.writer) return isNil() ? 0 : -1;
-    if (!treeIsWhole()) return -1;
     wq::GuardedCall guard;
+    if (!bookkeeping.parser) {  // no tree
+        const int result = function(my.writer, std::forward<A>(arguments)...);
+        return guard.failed() ? -1 : result;
+    }
+    if (!treeIsWhole()) return -1;
     wq::WaitingChecks waiting;
     const int result = function(my.writer, std::forward<A>(arguments)...);
     if (!guard.failed()) wq::keepFailure([&] { waiting.settle(); });
@@ -282,7 +286,21 @@ const NSCharacterSet& WQXMLWriter::illegalXMLCharacterSet() {
     return illegals;
 }
 
+namespace {
+// True for almost all texts, and found out without a look at the set: without a branch, for many units at a time.
+bool holdsNoControlCharacter(std::u16string_view units) {
+    char16_t found = 0;
+    for (const char16_t unit : units) {
+        const char16_t isBlank = (unit == u'\t') | (unit == u'\n') | (unit == u'\r');
+        const char16_t isLow = unit < 0x20, isHigh = static_cast<char16_t>(unit - 0x7F) <= 0x9F - 0x7F;
+        found = static_cast<char16_t>(found | (isLow & ~isBlank) | isHigh);
+    }
+    return !found;
+}
+}  // namespace
+
 NSString WQXMLWriter::cleanString(NSString string) {
+    if (holdsNoControlCharacter(string)) return string;
     const auto& illegals = illegalXMLCharacterSet();
     uint64_t illegal = illegals.indexOfMember(string);
     if (illegal == NSNotFound) return string;

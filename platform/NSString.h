@@ -2,21 +2,26 @@
 //
 // Null differs from empty everywhere: in ==, in a condition, in print. Queries on null answer 0 and
 // an empty view. All indices and lengths count UTF-16 units, so a character beyond the Basic
-// Multilingual Plane counts two.
+// Multilingual Plane counts two. Copies share their units, by counts that belong to one thread, as
+// those of objects do; a string that is changed lets go of what it shares.
 #pragma once
 
 #include <compare>
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/NSRange.h"
 
 class NSError;
 class NSURL;
+class NSString;
 namespace wq {
 template <class T> class Ref;
-}
+NSString fromUTF8(std::string_view bytes);
+}  // namespace wq
 
 // The encodings in which a resource is read as text.
 enum NSStringEncoding : unsigned long { NSUTF8StringEncoding = 4 };
@@ -26,18 +31,30 @@ public:
     NSString() = default;        // null
     NSString(std::nullptr_t) {}  // null
     // A copy of the units up to the first NUL; null for a null pointer.
-    NSString(const char16_t* literal) : present(literal != nullptr) {
-        if (literal) text = literal;
-    }
+    NSString(const char16_t* literal) : shared(literal ? NSString(std::u16string_view(literal)).leak() : nullptr) {}
     // Never null; NUL is a unit like others.
-    NSString(std::u16string units) : text(std::move(units)), present(true) {}
-    NSString(std::u16string_view units) : text(units), present(true) {}
+    NSString(const std::u16string& units) : NSString(std::u16string_view(units)) {}
+    NSString(std::u16string_view units);
 
-    explicit operator bool() const noexcept { return present; }  // false for null alone
-    size_t length() const noexcept { return text.size(); }       // UTF-16 units
+    NSString(const NSString& other) noexcept : shared(other.shared) {
+        if (shared) ++shared->count;
+    }
+    NSString(NSString&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}
+    NSString& operator=(NSString other) noexcept {
+        std::swap(shared, other.shared);
+        return *this;
+    }
+    ~NSString() {
+        if (shared && --shared->count == 0) destroy(shared);
+    }
+
+    explicit operator bool() const noexcept { return shared; }              // false for null alone
+    size_t length() const noexcept { return shared ? shared->length : 0; }  // UTF-16 units
     // Valid until this string is changed or destroyed.
-    std::u16string_view view() const noexcept { return text; }
-    operator std::u16string_view() const noexcept { return text; }
+    std::u16string_view view() const noexcept {
+        return shared ? std::u16string_view(shared->units(), shared->length) : std::u16string_view();
+    }
+    operator std::u16string_view() const noexcept { return view(); }
 
     // The text of a resource; a byte order mark is a character of it. Null, and the error set if one is given, where it
     // cannot be read (see NSData.h) or its bytes are not all in the encoding. Null URL: null, with an error.
@@ -61,26 +78,40 @@ public:
     NSString lowercaseString() const;
 
     // Null counts as empty on the left, so that the result is never null.
-    NSString& operator+=(std::u16string_view more) {
-        text += more;
-        present = true;
-        return *this;
-    }
+    NSString& operator+=(std::u16string_view more);
     friend NSString operator+(NSString left, std::u16string_view right) { return std::move(left += right); }
-    bool operator==(const NSString&) const = default;
+    bool operator==(const NSString& other) const { return shared == other.shared || (shared && other.shared && view() == other.view()); }
     // A null pointer equals null.
-    bool operator==(const char16_t* literal) const { return literal ? present && text == literal : !present; }
+    bool operator==(const char16_t* literal) const { return literal ? shared && view() == literal : !shared; }
     // Unit by unit; null comes first.
     std::strong_ordering operator<=>(const NSString& other) const {
-        if (present != other.present) return present <=> other.present;
-        return text <=> other.text;
+        if (shared == other.shared) return std::strong_ordering::equal;
+        if (!shared || !other.shared) return static_cast<bool>(shared) <=> static_cast<bool>(other.shared);
+        return view() <=> other.view();
     }
 
 private:
+    friend NSString wq::fromUTF8(std::string_view bytes);
+
+    // Units behind their count; a NUL follows them.
+    struct Shared {
+        int32_t count;  // of strings
+        size_t length, capacity;
+        char16_t* units() noexcept { return reinterpret_cast<char16_t*>(this + 1); }
+    };
+    static Shared* create(size_t length, size_t capacity);  // with a count of 1; the units are not set
+    static void destroy(Shared* shared) noexcept;
+    static size_t sizeOf(size_t capacity) noexcept { return sizeof(Shared) + (capacity + 1) * sizeof(char16_t); }
+    // Of units that are written where it says, before anybody sees it.
+    explicit NSString(Shared* made) noexcept : shared(made) {}
+    Shared* leak() noexcept { return std::exchange(shared, nullptr); }
+    void shorten(size_t length) noexcept;  // of a string that shares nothing
+
     bool startsParagraph(uint64_t index) const;
-    std::u16string text;
-    bool present = false;
+
+    Shared* shared = nullptr;  // null for null
 };
+static_assert(sizeof(NSString) == sizeof(void*));
 
 void PrintTo(const NSString& string, std::ostream* out);  // GoogleTest: "p", or null
 
@@ -92,6 +123,8 @@ NSString fromUTF8(const unsigned char* bytes);
 NSString fromUTF8(std::string_view bytes);
 // Lone surrogates become U+FFFD. Null gives no bytes.
 std::string toUTF8(std::u16string_view units);
+// The same into a buffer of that many bytes, with a NUL behind it, if all units are ASCII and it has room; else false.
+bool copyASCII(std::u16string_view units, char* buffer, size_t size);
 
 // What a null object or string prints as within a text: "(null)".
 inline constexpr const char16_t* nullText = u"(null)";

@@ -9,9 +9,11 @@
 #include <cstdint>
 #include <new>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 #include "platform/NSString.h"
+#include "platform/Slab.h"
 
 // What the object layer stands on: counted objects, assertions, the log, and the crossings of strings to UTF-8.
 namespace wq {
@@ -30,6 +32,7 @@ public:
 
     // A new object that is not yet initialised. Its count is 1 and belongs to the caller.
     Object* make() const;
+    uint16_t number() const noexcept { return index; }  // from 1 up, in the order of first use
 
 private:
     using Maker = Object* (*)();
@@ -67,6 +70,9 @@ public:
     // Whether both stand for the same value. An object is the same as itself alone, unless its class
     // says otherwise. Null equals nothing.
     virtual bool isEqual(const Ref<Object>& other) const;
+
+    static void* operator new(size_t size) { return allocateSmall(size); }
+    static void operator delete(void* memory, size_t size) noexcept { freeSmall(memory, size); }
 
     // The class of the null object. A class whose null object needs no override says nothing; one
     // that needs some has `template <class T> using Nil = NilThing<T>;`, inherited by subclasses.
@@ -188,8 +194,14 @@ private:
 };
 static_assert(sizeof(Ref<Object>) == sizeof(void*));
 
-// The reference seen as one to a derived class; null if the object is not of that class.
-template <class T, class U> Ref<T> cast(const Ref<U>& object) { return Ref<T>(dynamic_cast<T*>(object.get())); }
+// The object seen as one of a derived class; null if it is not of that class. Most are of that very class, which
+// is seen without a search.
+template <class T, class U> T* cast(U* object) noexcept {
+    if constexpr (requires { static_cast<T*>(object); })
+        if (object && &typeid(*object) == &typeid(T)) return static_cast<T*>(object);
+    return dynamic_cast<T*>(object);
+}
+template <class T, class U> Ref<T> cast(const Ref<U>& object) { return Ref<T>(cast<T>(object.get())); }
 
 // make<T>(&T::initWithName, name): a new object of class T, initialised; null if the initialiser
 // answers false. With `made`, the class is taken at run time ("of the receiver's class"); it must be

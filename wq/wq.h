@@ -58,4 +58,5 @@
 #include "platform/NSURL.h"
 #include "platform/NSValue.h"
 #include "platform/Object.h"
+#include "platform/Slab.h"
 #include "platform/WQXMLException.h"

@@ -284,6 +284,35 @@ TEST(WQXMLEventTest, CaptureAndBubbleBothRunFromTheTopDown) {
             "capturing document 1", "capturing root 1", "capturing a 1", "capturing b 1", "t 2", "document 3", "root 3", "a 3", "b 3"));
 }
 
+TEST(WQXMLEventTest, ManyAncestorsThatListenAreAllCalledFromTheTop) {
+    const auto document = parse("<n><n><n><n><n><n><n/></n></n></n></n></n></n>");
+    Chorus chorus;
+    std::vector<std::string> capturing, bubbling;
+    Ref<WQXMLNode> node = document->documentElement();
+    for (int depth = 1; depth <= 6; ++depth, node = node->firstChild()) {
+        chorus.listen(node, "c" + std::to_string(depth), true);
+        chorus.listen(node, "b" + std::to_string(depth), false);
+        capturing.push_back("c" + std::to_string(depth) + " 1");
+        bubbling.push_back("b" + std::to_string(depth) + " 3");
+    }
+    node->dispatchEvent(subtreeModified());
+    capturing.insert(capturing.end(), bubbling.begin(), bubbling.end());
+    EXPECT_EQ(chorus.heard, capturing);
+}
+
+TEST(WQXMLEventTest, AnEventWithinAnEventLeavesTheOuterOneOnItsWay) {
+    Tree tree;
+    Chorus chorus;
+    bool isInner = false;
+    chorus.listen(tree.root, "root", true, [&](const Ref<WQXMLEvent>&) {
+        if (!std::exchange(isInner, true)) tree.b->dispatchEvent(subtreeModified());
+    });
+    chorus.listen(tree.a, "a", true);
+    chorus.listen(tree.t, "t", false);
+    tree.t->dispatchEvent(subtreeModified());
+    EXPECT_THAT(chorus.heard, ElementsAre("root 1", "root 1", "a 1", "a 1", "t 2"));
+}
+
 TEST(WQXMLEventTest, BubbleListenersOnRootAndTwoNodesBelowRunInThatOrder) {
     Tree tree;
     Chorus chorus;

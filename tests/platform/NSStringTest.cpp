@@ -442,3 +442,144 @@ TEST(NSStringParagraphs, OfNullAreZeros) {
     EXPECT_EQ(paragraphs(nullptr, {0, 0}), (Bounds{0, 0, 0}));
     EXPECT_EQ(paragraphs(nullptr, {5, 5}), (Bounds{0, 0, 0}));
 }
+
+// ---- Copies share their units
+
+TEST(NSString, ACopyDoesNotFollowAChange) {
+    NSString first = u"bell";
+    const NSString second = first;
+    first += u"s";
+    EXPECT_EQ(first, u"bells");
+    EXPECT_EQ(second, u"bell");
+}
+
+TEST(NSString, AnOriginalDoesNotFollowAChangeOfItsCopy) {
+    const NSString first = u"bell";
+    NSString second = first, third = second;
+    second += u"s";
+    third += u"!";
+    EXPECT_EQ(first, u"bell");
+    EXPECT_EQ(second, u"bells");
+    EXPECT_EQ(third, u"bell!");
+}
+
+TEST(NSString, ACopyOutlivesItsOriginal) {
+    NSString copy;
+    {
+        const NSString original(std::u16string(1000, u'x'));
+        copy = original;
+    }
+    EXPECT_EQ(copy, NSString(std::u16string(1000, u'x')));
+}
+
+TEST(NSString, ACopyTakenBetweenTwoChangesStaysAsItWas) {
+    NSString growing = u"a";
+    std::vector<NSString> stages;
+    for (int i = 0; i < 5; ++i) {
+        stages.push_back(growing);
+        growing += u"b";
+    }
+    EXPECT_EQ(growing, u"abbbbb");
+    EXPECT_EQ(stages, (std::vector<NSString>{u"a", u"ab", u"abb", u"abbb", u"abbbb"}));
+}
+
+TEST(NSString, GrowsByItself) {
+    NSString string = u"ab";
+    string += string;
+    EXPECT_EQ(string, u"abab");
+    string += string.view().substr(1);
+    EXPECT_EQ(string, u"ababbab");
+    for (int i = 0; i < 10; ++i) string += string;
+    EXPECT_EQ(string.length(), 7u * 1024);
+    EXPECT_EQ(string.substringWithRange({7 * 1023, 7}), u"ababbab");
+}
+
+TEST(NSString, GrowsUnitByUnit) {
+    NSString string;
+    std::u16string expected;
+    for (char16_t unit = u'a'; unit < u'a' + 2000; ++unit) {
+        string += std::u16string_view(&unit, 1);
+        expected += unit;
+    }
+    EXPECT_EQ(string, NSString(expected));
+}
+
+TEST(NSString, NothingAddedToNullGivesTheEmptyString) {
+    NSString string;
+    string += u"";
+    EXPECT_EQ(string, u"");
+    EXPECT_TRUE(static_cast<bool>(string));
+}
+
+TEST(NSString, AStringAssignedToItselfStays) {
+    NSString string = u"bell";
+    const NSString& same = string;
+    string = same;
+    EXPECT_EQ(string, u"bell");
+}
+
+TEST(NSString, AStringThatWasMovedFromIsNull) {
+    NSString from = u"bell";
+    const NSString to = std::move(from);
+    EXPECT_EQ(to, u"bell");
+    EXPECT_EQ(from, nullptr);  // NOLINT(bugprone-use-after-move)
+}
+
+TEST(NSString, EqualUnitsAreEqualWhetherSharedOrNot) {
+    const NSString first = u"bell", shared = first, other = u"bell", greater = u"bells";
+    EXPECT_EQ(first, shared);
+    EXPECT_EQ(first, other);
+    EXPECT_EQ(first <=> shared, std::strong_ordering::equal);
+    EXPECT_EQ(first <=> other, std::strong_ordering::equal);
+    EXPECT_EQ(first <=> greater, std::strong_ordering::less);
+    EXPECT_EQ(NSString() <=> NSString(), std::strong_ordering::equal);
+    EXPECT_EQ(NSString() <=> NSString(u""), std::strong_ordering::less);
+}
+
+TEST(NSString, AResultSharesNothingWithItsSource) {
+    NSString source = u"near bell";
+    NSString part = source.substringWithRange({5, 4}), whole = source.substringWithRange({0, 9});
+    NSString replaced = source.stringByReplacingCharactersInRange_withString({0, 0}, u"");
+    source += u"?";
+    part += u"!";
+    EXPECT_EQ(part, u"bell!");
+    EXPECT_EQ(whole, u"near bell");
+    EXPECT_EQ(replaced, u"near bell");
+}
+
+TEST(NSString, ReplacesByAPartOfItself) {
+    const NSString text = u"abcdef";
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({1, 2}, text), u"aabcdefdef");
+    EXPECT_EQ(text.stringByReplacingCharactersInRange_withString({0, 6}, text.view().substr(2, 3)), u"cde");
+}
+
+// The first characters beyond ASCII stand at every place of a step of the conversion.
+TEST(NSString, CrossesToUTF8AndBackWhereverTheFirstOtherCharacterStands) {
+    const std::pair<const char16_t*, const char*> others[] = {
+        {u"\u00E4", "\xC3\xA4"}, {u"\u20AC", "\xE2\x82\xAC"}, {u"\U0001D11E", "\xF0\x9D\x84\x9E"}, {u"\u007F\u0080", "\x7F\xC2\x80"}};
+    for (size_t ahead = 0; ahead <= 18; ++ahead)
+        for (size_t behind : {0, 1, 7, 8, 9})
+            for (const auto& [units, bytes] : others) {
+                const std::u16string text = std::u16string(ahead, u'x') + units + std::u16string(behind, u'y');
+                const std::string utf8 = std::string(ahead, 'x') + bytes + std::string(behind, 'y');
+                EXPECT_EQ(wq::toUTF8(text), utf8);
+                EXPECT_EQ(wq::fromUTF8(utf8), NSString(text));
+            }
+}
+
+TEST(NSString, CrossesPlainTextOfEveryLength) {
+    for (size_t length = 0; length <= 40; ++length) {
+        EXPECT_EQ(wq::toUTF8(std::u16string(length, u'\x7F')), std::string(length, '\x7F'));
+        EXPECT_EQ(wq::fromUTF8(std::string(length, '\0')), NSString(std::u16string(length, u'\0')));
+    }
+}
+
+TEST(NSString, ALoneSurrogateBehindPlainTextIsReplaced) {
+    const char16_t lone[] = {u'a', u'b', 0xD834, u'c', 0};
+    EXPECT_EQ(
+        wq::toUTF8(lone),
+        "ab\xEF\xBF\xBD"
+        "c");
+    const char16_t last[] = {u'a', u'b', u'c', u'd', u'e', u'f', u'g', u'h', 0xDD1E, 0};
+    EXPECT_EQ(wq::toUTF8(last), "abcdefgh\xEF\xBF\xBD");
+}
