@@ -148,8 +148,9 @@ struct Listened {
 void smallElements(benchmark::State& state) {
     Listened listened;
     const Ref<WQXMLNode> root = listened.document->documentElement();
+    const NSString name = u"e";
     for (auto _ : state) {
-        for (int64_t i = 0; i < state.range(0); ++i) root->appendChild(listened.document->createElement(u"e"));
+        for (int64_t i = 0; i < state.range(0); ++i) root->appendChild(listened.document->createElement(name));
         while (const auto last = root->lastChild()) root->removeChild(last);
     }
 }
@@ -210,17 +211,18 @@ void bareSerialise(benchmark::State& state) {
 }
 
 constexpr int kParagraphBytes = 100;
-constexpr const char16_t* kSentence = u"The ferry is called by a bell. It hangs on a post at the top of the landing.";
+const NSString kVersion = u"1.0", kEncoding = u"UTF-8", kBook = u"book", kParagraph = u"p", kClass = u"class", kFirstClass = u"k1";
+const NSString kSentence = u"The ferry is called by a bell. It hangs on a post at the top of the landing.";
 constexpr const char* kBareSentence = "The ferry is called by a bell. It hangs on a post at the top of the landing.";
 
 void streamOut(benchmark::State& state) {
     bench::measure(state, [&] {
         const auto writer = WQXMLWriter::newToMemory();
-        writer->startDocumentWithVersion_encoding_standalone(u"1.0", u"UTF-8", nullptr);
-        writer->startElement(u"book");
+        writer->startDocumentWithVersion_encoding_standalone(kVersion, kEncoding, nullptr);
+        writer->startElement(kBook);
         for (int64_t i = 0; i < state.range(0) / kParagraphBytes; ++i) {
-            writer->startElement(u"p");
-            writer->writeAttribute_content(u"class", u"k1");
+            writer->startElement(kParagraph);
+            writer->writeAttribute_content(kClass, kFirstClass);
             writer->writeString(kSentence);
             writer->endElement();
         }

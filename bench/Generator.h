@@ -1,6 +1,7 @@
 // Documents and style sheets for measurements: the same arguments make the same bytes.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -48,21 +49,27 @@ inline std::string document(size_t bytes) {
     return xml + "</book>\n";
 }
 
-// So many rules with four declarations each, of the kinds that a manuscript has: by name, class, child and descendant.
+// So many rules with four declarations each, as a sheet of a manuscript grows: the first two for each name, by name and by
+// descendant, all others by classes. Of those a longer sheet has more, and a document of `document` uses 50 of them.
 inline std::string sheet(uint32_t rules) {
-    static const char* const names[] = {"book", "chapter", "section", "title", "p", "em", "a", "list", "item", "quote"};
+    static const char* const names[] = {"p", "section", "em", "title", "a", "chapter", "book", "list", "item", "quote"};
     static const char* const colors[] = {"red", "navy", "#1a1a1a", "#203040"};
+    constexpr uint32_t kNames = 10, kClasses = 50;
     Sequence sequence;
+    auto anyName = [&] { return std::string(names[sequence.below(kNames)]); };
+    auto anyClass = [&] { return ".k" + std::to_string(sequence.below(std::max(rules, kClasses))); };
     std::string text;
     for (uint32_t i = 0; i < rules; ++i) {
-        const std::string name = names[sequence.below(10)], other = names[sequence.below(10)];
-        switch (i % 5) {
-            case 0: text += name; break;
-            case 1: text += name + ".k" + std::to_string(sequence.below(50)); break;
-            case 2: text += other + " " + name; break;
-            case 3: text += other + " > " + name + ".s" + std::to_string(sequence.below(20)); break;
-            default: text += "." + std::string("k") + std::to_string(sequence.below(400)); break;
-        }
+        if (i < kNames)
+            text += names[i];
+        else if (i < 2 * kNames)
+            text += anyName() + " " + names[i - kNames];
+        else if (i % 3 == 0)
+            text += anyClass();
+        else if (i % 3 == 1)
+            text += "p" + anyClass();
+        else
+            text += anyName() + " > p" + anyClass();
         text += " { color: " + std::string(colors[sequence.below(4)]) + "; margin-left: " + std::to_string(sequence.below(40)) +
                 "pt; font-size: " + std::to_string(8 + sequence.below(12)) + "pt; text-align: " + (sequence.below(2) ? "left" : "justify") +
                 " }\n";

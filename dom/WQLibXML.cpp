@@ -113,13 +113,13 @@ void xmlRegisterNode(xmlNodePtr node) {
 
 void xmlDeregisterNode(xmlNodePtr node) {
     count(-1);
-    if (node->next) __builtin_prefetch(node->next->_private, 1);  // in a long document it is in no cache
     wq::keepFailure([&] {
         wq::keepFailure(settlePendingCheck);  // the rest must not be left out
         if (node->type == XML_ATTRIBUTE_NODE) wq::Binding::forgetIdentifier(reinterpret_cast<xmlAttrPtr>(node));
         if (isDocument(node)) return wq::Binding::letDetachedNodesGo(reinterpret_cast<xmlDocPtr>(node));
         if (node->type == XML_DTD_NODE && wq::Binding::wrapperOf(node->doc)) wq::Binding::forgetDeclarations(node);
         if (!node->_private || node->_private == kNoWrapper) return;
+        if (node->next) __builtin_prefetch(node->next->_private, 1);  // in a long document it is in no cache
         wq::Binding::attach(node);  // it may have been freed while it was listed as detached
         WQXMLNode* bound = wq::wrapper(node);
         node->_private = nullptr;
