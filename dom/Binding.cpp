@@ -207,7 +207,7 @@ namespace {
 // Asked of the first object of each class.
 bool isWrapper(const Object& object, const Class& aClass) {
     enum : char { kUnknown, kNo, kYes };
-    static std::vector<char> known;
+    static auto& known = *new std::vector<char>;  // never destroyed
     if (known.size() <= aClass.number()) known.resize(aClass.number() + size_t{1}, kUnknown);
     char& answer = known[aClass.number()];
     if (answer == kUnknown) answer = dynamic_cast<const WQXMLNode*>(&object) ? kYes : kNo;

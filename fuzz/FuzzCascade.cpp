@@ -1,13 +1,15 @@
 // Bytes from outside as a style sheet for a small document. Its elements and texts are resolved from the root down; a
-// second time, all say the same.
+// second time, all say the same. The index of rules finds each rule that matches.
 // Only in a build without hard assertions: a syntax error would end the process.
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "common/core/css/RuleIndex.h"
 #include "common/core/css/StyleDeclaration.h"
 #include "common/core/css/StyleResolver.h"
 
@@ -40,6 +42,16 @@ std::string resolved(const CSS::StyleResolver& resolver, xmlNode* node, const Sh
     return text;
 }
 
+// Asked of every rule, in this element and all below it.
+void requireFound(const CSS::RuleIndex& index, const CSS::Stylesheet& sheet, xmlNode* element) {
+    const std::vector<uint32_t> found = index.candidatesFor(element);
+    for (uint32_t number = 0; number < sheet.styleRules.size(); ++number)
+        for (const SharedPtr<CSS::Selector>& selector : sheet.styleRules[number]->selectors)
+            if (selector->Match(element)) require(std::binary_search(found.begin(), found.end(), number));
+    for (xmlNode* child = element->children; child; child = child->next)
+        if (child->type == XML_ELEMENT_NODE) requireFound(index, sheet, child);
+}
+
 }  // namespace
 
 // As tests/leaks.supp: fontconfig keeps its configuration.
@@ -49,8 +61,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const Document document(xmlReadMemory(kDocument, sizeof kDocument - 1, nullptr, nullptr, XML_PARSE_NONET), xmlFreeDoc);
     require(document != nullptr);
     CSS::StyleResolver resolver;
-    resolver.ProcessRules(SharedPtr<CSS::Stylesheet>(CSS::Stylesheet::CreateWithData({reinterpret_cast<const char*>(data), size})));
+    const SharedPtr<CSS::Stylesheet> sheet = CSS::Stylesheet::CreateWithData({reinterpret_cast<const char*>(data), size});
+    resolver.ProcessRules(sheet);
     const std::string text = resolved(resolver, xmlDocGetRootElement(document.get()), {});
     require(resolved(resolver, xmlDocGetRootElement(document.get()), {}) == text);
+    if (!sheet) return 0;
+    CSS::RuleIndex index;
+    for (const auto& rule : sheet->styleRules) index.add(*rule);
+    requireFound(index, *sheet, xmlDocGetRootElement(document.get()));
     return 0;
 }

@@ -4,8 +4,7 @@
 //
 //     soak [OPERATIONS [BYTES]]
 //
-// What it does depends on the two numbers alone. Edits keep the document about as long as it is: long texts lose what short
-// ones gain.
+// What it does depends on the two numbers alone. Edits keep the document as long as it is: what one gains another loses.
 #include <malloc.h>
 
 #include <cstdio>
@@ -98,24 +97,27 @@ private:
     uint64_t offset(const Ref<WQXMLText>& text) { return sequence.below(static_cast<uint32_t>(text->length()) + 1); }
     NSString words() { return wq::fromUTF8(bench::words(sequence, 3)); }
 
+    // As much goes as comes, over all texts.
     void editText() {
         const auto edited = text();
         if (!edited) return;
-        const uint64_t at = offset(edited), rest = edited->length() - at;
-        if (edited->length() < 150)
-            edited->insertString_atIndex(words(), at);
-        else
-            edited->deleteCharactersInRange({at, std::min<uint64_t>(rest, 15)});
+        const uint64_t at = offset(edited), deleted = std::min<uint64_t>(edited->length() - at, 15);
+        if (surplus > 0) {
+            edited->deleteCharactersInRange({at, deleted});
+            surplus -= static_cast<int64_t>(deleted);
+        } else {
+            const NSString inserted = words();
+            edited->insertString_atIndex(inserted, at);
+            surplus += static_cast<int64_t>(inserted.length());
+        }
     }
+    // One attribute changes, another comes and goes.
     void setAttribute() {
         const auto element = wq::cast<WQXMLElement>(paragraph());
-        switch (sequence.below(3)) {
-            case 0: return element->removeAttribute(u"style");
-            case 1: return element->setAttribute_value(u"style", sequence.below(2) ? u"color: red" : u"margin-left: 3pt");
-            default:
-                return element->setAttribute_value(
-                    u"class", u"k" + NSString(std::u16string(1, static_cast<char16_t>(u'0' + sequence.below(10)))));
-        }
+        element->setAttribute_value(u"class", u"k" + NSString(std::u16string(1, static_cast<char16_t>(u'0' + sequence.below(10)))));
+        element->setAttribute_value(u"style", u"color: red");
+        element->setAttribute_value(u"style", u"margin-left: 3pt");
+        element->removeAttribute(u"style");
     }
     // As many go as come.
     void addOrRemoveParagraph() {
@@ -154,6 +156,7 @@ private:
         const auto within = text();
         if (!within || within->length() < 20) return;
         WQXMLRange::newWithStartContainer_startOffset_endContainer_endOffset(within, 5, within, 9)->deleteContents();
+        surplus -= 4;
     }
     void refuseAnEdit() {
         const auto where = paragraph();
@@ -173,7 +176,8 @@ private:
     Ref<WQXMLDocument> document;
     std::vector<Ref<WQXMLRange>> ranges;
     bench::Sequence sequence;
-    int added = 0;  // paragraphs
+    int added = 0;        // paragraphs
+    int64_t surplus = 0;  // UTF-16 units
 };
 
 }  // namespace

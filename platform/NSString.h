@@ -36,11 +36,11 @@ public:
     NSString(const std::u16string& units) : NSString(std::u16string_view(units)) {}
     NSString(std::u16string_view units);
 
-    NSString(const NSString& other) noexcept : shared(other.shared) {
+    NSString(const NSString& other) noexcept : shared(other.shared) {  // shares the units of the other
         if (shared) ++shared->count;
     }
-    NSString(NSString&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}
-    NSString& operator=(NSString other) noexcept {
+    NSString(NSString&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}  // the other is null then
+    NSString& operator=(NSString other) noexcept {                                         // likewise
         std::swap(shared, other.shared);
         return *this;
     }

@@ -71,8 +71,8 @@ public:
     // says otherwise. Null equals nothing.
     virtual bool isEqual(const Ref<Object>& other) const;
 
-    static void* operator new(size_t size) { return allocateSmall(size); }
-    static void operator delete(void* memory, size_t size) noexcept { freeSmall(memory, size); }
+    static void* operator new(size_t size) { return allocateSmall(size); }                        // see platform/Slab.h
+    static void operator delete(void* memory, size_t size) noexcept { freeSmall(memory, size); }  // likewise
 
     // The class of the null object. A class whose null object needs no override says nothing; one
     // that needs some has `template <class T> using Nil = NilThing<T>;`, inherited by subclasses.
