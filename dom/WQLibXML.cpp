@@ -120,7 +120,7 @@ void xmlDeregisterNode(xmlNodePtr node) {
         if (node->type == XML_DTD_NODE && wq::Binding::wrapperOf(node->doc)) wq::Binding::forgetDeclarations(node);
         if (!node->_private || node->_private == kNoWrapper) return;
         if (node->next) __builtin_prefetch(node->next->_private, 1);  // in a long document it is in no cache
-        wq::Binding::attach(node);  // it may have been freed while it was listed as detached
+        wq::Binding::attach(node);                                    // it may have been freed while it was listed as detached
         WQXMLNode* bound = wq::wrapper(node);
         node->_private = nullptr;
         bound->setXMLNode(nullptr);
