@@ -4,6 +4,7 @@
 #include <libxml/valid.h>
 
 #include <memory>
+#include <new>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -48,9 +49,8 @@ void GuardedCall::raise() {
 }
 
 NSString takeString(xmlChar* bytes) {
-    NSString result = fromUTF8(bytes);
-    xmlFree(bytes);
-    return result;
+    const std::unique_ptr<xmlChar, decltype(xmlFree)> owned(bytes, xmlFree);
+    return fromUTF8(bytes);
 }
 
 OwnNamespace newNamespace(const NSString& uri, const NSString& prefix) {
@@ -75,12 +75,12 @@ void freeIdentifier(void* entry, const xmlChar*) {
 
 struct IdentifierSearch {
     xmlAttrPtr attribute;
-    std::string key;
+    const xmlChar* key;  // of the entry, and as long there
 };
 
 void findIdentifier(void* entry, void* search, const xmlChar* key) {
     auto* wanted = static_cast<IdentifierSearch*>(search);
-    if (static_cast<xmlIDPtr>(entry)->attr == wanted->attribute) wanted->key = reinterpret_cast<const char*>(key);
+    if (static_cast<xmlIDPtr>(entry)->attr == wanted->attribute) wanted->key = key;
 }
 
 }  // namespace
@@ -91,9 +91,9 @@ void Binding::forgetIdentifier(xmlAttrPtr attribute) {
     if (xmlRemoveID(attribute->doc, attribute) == 0) return;
     attribute->atype = static_cast<xmlAttributeType>(0);
     auto* table = static_cast<xmlHashTablePtr>(attribute->doc->ids);
-    IdentifierSearch search{attribute, {}};
+    IdentifierSearch search{attribute, nullptr};
     xmlHashScan(table, findIdentifier, &search);
-    if (!search.key.empty()) xmlHashRemoveEntry(table, BAD_CAST search.key.c_str(), freeIdentifier);
+    if (search.key) xmlHashRemoveEntry(table, search.key, freeIdentifier);
 }
 
 namespace {
@@ -167,23 +167,25 @@ namespace {
 struct Unbind {
     xmlNodePtr node;
     void operator()(WQXMLNode* made) const {
-        Binding::leaveNamespaces(made, node, wrapper(node));
+        try {
+            Binding::leaveNamespaces(made, node, wrapper(node));
+        } catch (const std::bad_alloc&) {
+            Binding::leaveNamespaces(made, node, nullptr);  // needs none
+        }
         made->setXMLNode(nullptr);
         made->release();
     }
 };
-// Frees a node that has no wrapper yet. What its hooks raise gives way to the failure that leads here.
-struct FreeNode {
-    void operator()(xmlNodePtr node) const {
-        GuardedCall guard;
-        xmlFreeNode(node);
-    }
-};
 }  // namespace
+
+void FreeNode::operator()(xmlNodePtr node) const {
+    GuardedCall guard;
+    xmlFreeNode(node);
+}
 
 bool Binding::bindOwnNode(WQXMLNode* wrapper, xmlNodePtr node) {
     if (!node) return false;
-    std::unique_ptr<xmlNode, FreeNode> owned(node);
+    OwnNode owned(node);
     try {
         if (!wrapper->initWithXMLNode(node)) {
             wrapper->my.impl = nullptr;
@@ -225,8 +227,8 @@ WQXMLNode* Binding::makeWrapper(const Class* aClass, xmlNodePtr node) {
 
 void Binding::replaceWrapper(xmlNodePtr node, WQXMLNode* replacement) {
     WQXMLNode* present = wrapper(node);
-    setHoldsTreeReference(replacement, true);
     leaveNamespaces(present, node, replacement);
+    setHoldsTreeReference(replacement, true);
     node->_private = replacement;
     present->setXMLNode(nullptr);
     if (!holdsTreeReference(present)) return;
@@ -235,20 +237,22 @@ void Binding::replaceWrapper(xmlNodePtr node, WQXMLNode* replacement) {
 }
 
 void Binding::leaveNamespaces(WQXMLNode* leaving, xmlNodePtr node, WQXMLNode* staying) {
-    if (!leaving->my.rare) return;
-    std::vector<xmlNsPtr> left;
-    leaving->my.rare->forEach([&](xmlNsPtr ns) { left.push_back(ns); });
-    leaving->my.rare->ownedNs = nullptr;
-    leaving->my.rare->ownedNamespaces.clear();
-    leaving->my.rare->borrowed.clear();
+    WQXMLNode::Rare* rare = leaving->my.rare;
+    if (!rare) return;
     if (staying) {
+        size_t number = 0;
+        rare->forEach([&](xmlNsPtr) { ++number; });
         auto& borrowed = borrowedNamespaces(staying);
-        borrowed.insert(borrowed.end(), left.begin(), left.end());
+        borrowed.reserve(borrowed.size() + number);  // what needs memory comes first
+        rare->forEach([&](xmlNsPtr ns) { borrowed.push_back(ns); });
     } else if (node->type == XML_ELEMENT_NODE) {
-        for (xmlNsPtr ns : left) ns->next = std::exchange(node->nsDef, ns);
+        rare->forEach([&](xmlNsPtr ns) { ns->next = std::exchange(node->nsDef, ns); });
     } else {
-        for (xmlNsPtr ns : left) xmlFreeNs(ns);  // only elements are given any
+        rare->forEach([](xmlNsPtr ns) { xmlFreeNs(ns); });  // only elements are given any
     }
+    rare->ownedNs = nullptr;
+    rare->ownedNamespaces.clear();
+    rare->borrowed.clear();
 }
 
 void Binding::ownBorrowed(WQXMLNode* element, xmlNsPtr ns) {
@@ -259,8 +263,13 @@ void Binding::ownBorrowed(WQXMLNode* element, xmlNsPtr ns) {
 
 Ref<WQXMLNode> Binding::adoptNewNode(xmlNodePtr node) {
     WQXMLNode* made = wrapper(node);
+    try {
+        detach(node);
+    } catch (...) {
+        FreeNode()(node);
+        throw;
+    }
     setHoldsTreeReference(made, false);
-    detach(node);
     return Ref<WQXMLNode>::adopt(made);
 }
 
@@ -291,13 +300,14 @@ void setRecord(xmlNodePtr node, DetachedNode* record) {
     if (xmlAttrPtr attribute = asAttribute(node))
         attribute->psvi = record;
     else if (node->type == XML_DTD_NODE)
-        Binding::recordOfDTD(wrapper(node)) = record;
+        Binding::setRecordOfDTD(wrapper(node), record);
     else
         node->psvi = record;
 }
 }  // namespace
 
-DetachedNode*& Binding::recordOfDTD(WQXMLNode* dtd) { return dtd->makeRare().detached; }
+DetachedNode* Binding::recordOfDTD(const WQXMLNode* dtd) { return dtd->my.rare ? dtd->my.rare->detached : nullptr; }
+void Binding::setRecordOfDTD(WQXMLNode* dtd, DetachedNode* record) { dtd->makeRare().detached = record; }
 
 namespace {
 // The lists of documents that have no wrapper: the application's own, made by libxml2's calls.
@@ -311,10 +321,15 @@ DetachedNode& listOf(xmlDocPtr doc) {
 }
 }  // namespace
 
-void Binding::detach(xmlNodePtr node) {
-    if (!node->doc) return;
-    attach(node);  // libxml2 itself may have moved it here from another document
-    setRecord(node, new DetachedNode(node, listOf(node->doc)));
+void Binding::detach(xmlNodePtr node) { listAsDetached(node, node->doc); }
+
+void Binding::listAsDetached(xmlNodePtr node, xmlDocPtr doc) {
+    if (!doc) return attach(node);
+    DetachedNode& list = listOf(doc);
+    if (DetachedNode* record = recordOf(node)) return record->moveTo(list);
+    auto record = std::make_unique<DetachedNode>(node, list);
+    setRecord(node, record.get());
+    record.release();
 }
 
 void Binding::attach(xmlNodePtr node) {
@@ -332,16 +347,17 @@ size_t Binding::numberOfOwnedNamespaces(const WQXMLNode* element) {
     return element->my.rare ? element->my.rare->ownedNamespaces.size() : 0;
 }
 
-void Binding::collectNamespaces(const WQXMLNode* wrapper, std::unordered_set<xmlNsPtr>& collected) {
-    if (wrapper->my.rare) wrapper->my.rare->forEach([&](xmlNsPtr ns) { collected.insert(ns); });
+template <class Visit> void Binding::forEachNamespace(const WQXMLNode* wrapper, Visit&& visit) {
+    if (wrapper->my.rare) wrapper->my.rare->forEach(visit);
 }
 
 namespace {
 
 // A copy that no tree holds. xmlNewNs itself refuses the prefix "xml".
-xmlNsPtr copyNamespace(xmlNsPtr ns) {
-    xmlNsPtr copy = xmlNewNs(nullptr, ns->href, nullptr);
+OwnNamespace copyNamespace(xmlNsPtr ns) {
+    OwnNamespace copy(xmlNewNs(nullptr, ns->href, nullptr));
     if (copy && ns->prefix) copy->prefix = xmlStrdup(ns->prefix);
+    if (!copy || (ns->prefix && !copy->prefix)) throw std::bad_alloc();
     return copy;
 }
 
@@ -365,7 +381,7 @@ private:
     // Parents come first, so whatever a node may point to within the subtree is known by then.
     void noteOwn(xmlNodePtr element) {
         for (xmlNsPtr ns = element->nsDef; ns; ns = ns->next) own.insert(ns);
-        if (WQXMLNode* bound = wrapper(element)) Binding::collectNamespaces(bound, own);
+        if (WQXMLNode* bound = wrapper(element)) Binding::forEachNamespace(bound, [this](xmlNsPtr ns) { own.insert(ns); });
     }
 
     void localise(xmlNsPtr& ns) {
@@ -383,9 +399,9 @@ private:
         auto& borrowed = Binding::borrowedNamespaces(wrapper(root));
         for (xmlNsPtr known : borrowed)
             if (xmlStrEqual(known->href, ns->href) && xmlStrEqual(known->prefix, ns->prefix)) return known;
-        xmlNsPtr copy = copyNamespace(ns);
-        borrowed.push_back(copy);
-        return copy;
+        OwnNamespace copy = copyNamespace(ns);
+        borrowed.push_back(copy.get());
+        return copy.release();
     }
 
     xmlNodePtr root;
@@ -401,6 +417,44 @@ bool needsNoNamespace(xmlNodePtr node) {
 
 void localise(xmlNodePtr root) {
     if (wrapper(root) && !needsNoNamespace(root)) Localiser(root).run();
+}
+
+bool declares(xmlNodePtr node, xmlNsPtr wanted) {
+    bool found = false;
+    if (node->type == XML_ELEMENT_NODE)
+        for (xmlNsPtr ns = node->nsDef; ns; ns = ns->next) found |= ns == wanted;
+    if (const WQXMLNode* bound = wrapper(node)) Binding::forEachNamespace(bound, [&](xmlNsPtr ns) { found |= ns == wanted; });
+    return found;
+}
+
+// Where a name has a namespace that is not its subtree's, that is taken from it. Needs no memory; true if there was one.
+bool forgetForeignNamespaces(xmlNodePtr root) {
+    bool forgot = false;
+    auto check = [&](xmlNodePtr element, xmlNsPtr& ns) {
+        if (!ns) return;
+        for (xmlNodePtr above = element; above; above = above == root ? nullptr : above->parent)
+            if (declares(above, ns)) return;
+        ns = nullptr;
+        forgot = true;
+    };
+    if (xmlAttrPtr attribute = asAttribute(root)) {
+        check(root, attribute->ns);
+        return forgot;
+    }
+    forEachNode(root, [&](xmlNodePtr node) {
+        if (node->type == XML_ELEMENT_NODE) check(node, node->ns);
+        forEachAttribute(node, [&](xmlAttrPtr attribute) { check(node, attribute->ns); });
+    });
+    return forgot;
+}
+
+// For a subtree whose document goes, memory or not: raises where a namespace is lost.
+void localiseOrForget(xmlNodePtr root) {
+    try {
+        localise(root);
+    } catch (const std::bad_alloc&) {
+        if (forgetForeignNamespaces(root)) throw;
+    }
 }
 
 std::unordered_set<xmlNsPtr> namespacesInUse(xmlNodePtr root) {
@@ -423,7 +477,8 @@ void Binding::reconcileNamespaces(WQXMLNode* wrapper) {
     if (xmlReconciliateNs(node->doc, node) == -1 || !ownsSome) return;
 
     // What a descendant found by its search upwards stays for as long as it is in use.
-    if (rare->ownedNs) rare->borrowed.push_back(std::exchange(rare->ownedNs, nullptr));
+    if (rare->ownedNs) rare->borrowed.push_back(rare->ownedNs);
+    rare->ownedNs = nullptr;
     const auto used = namespacesInUse(node);
     std::erase_if(rare->borrowed, [&](xmlNsPtr ns) {
         if (used.count(ns)) return false;
@@ -487,17 +542,6 @@ void setDocument(xmlNodePtr root, xmlDocPtr doc) {
 
 void Binding::nameDocument(xmlNodePtr node, xmlDocPtr doc) { setDocument(node, doc); }
 
-namespace {
-
-void moveToDocument(xmlNodePtr node, xmlDocPtr doc) {
-    Binding::attach(node);
-    if (node->doc == doc) return;
-    localise(node);
-    setDocument(node, doc);
-}
-
-}  // namespace
-
 // Entity references point to declarations, which go with their DTD.
 void Binding::forgetDeclarations(xmlNodePtr dtd) {
     auto forget = [dtd](xmlNodePtr node) {
@@ -527,10 +571,10 @@ void unlinkFromLists(xmlNodePtr node) {
     xmlUnlinkNode(node);
 }
 
-// Out of the lists that hold it, with namespaces of its own.
-void unlinkNode(xmlNodePtr node) {
-    unlinkFromLists(node);
-    localise(node);
+// What needs memory comes ahead of the first change, so that the want of it leaves a node where it was. Namespaces of its
+// own do no harm there.
+void prepareToMove(xmlNodePtr node, xmlDocPtr doc) {
+    if (isLinked(node) || node->doc != doc) localise(node);
 }
 
 // The attribute that a new one replaces. libxml2 may answer with a declaration of the DTD instead.
@@ -596,38 +640,48 @@ bool Binding::canLink(xmlNodePtr child, xmlNodePtr parent, xmlNodePtr reference)
 
 void Binding::linkAhead(WQXMLNode* child, xmlNodePtr reference) {
     xmlNodePtr node = child->my.impl, parent = reference->parent;
-    if (isLinked(node)) unlinkNode(node);
+    prepareToMove(node, reference->doc);
+    const bool staysDetached = !parent && !holdsTreeReference(child);  // beside a node without parent: the caller's still
+    if (staysDetached) listAsDetached(node, reference->doc);
+    if (isLinked(node)) unlinkFromLists(node);
     if (xmlAttrPtr attribute = asAttribute(node)) {
-        if (!asAttribute(reference)) return linkLast(child, parent);
+        if (!asAttribute(reference)) return linkUnlinkedLast(child, parent);
         if (xmlAttrPtr same = sameNamed(parent, attribute)) {
             if (reinterpret_cast<xmlNodePtr>(same) == reference) reference = reference->next;
             freeAttribute(same);
         }
-        if (!reference) return linkLast(child, parent);
+        if (!reference) return linkUnlinkedLast(child, parent);
     }
-    moveToDocument(node, reference->doc);
+    setDocument(node, reference->doc);
     linkBetween(node, parent, reference->prev, reference);
-    if (parent)
-        takeTreeReference(child);
-    else if (!holdsTreeReference(child))
-        detach(node);  // beside a node without parent: the caller's still
+    if (!staysDetached) attach(node);
+    if (parent) takeTreeReference(child);
 }
 
 void Binding::linkLast(WQXMLNode* child, xmlNodePtr parent) {
     xmlNodePtr node = child->my.impl;
     if (node->parent == parent) return takeTreeReference(child);  // nothing to link
-    if (isLinked(node)) unlinkNode(node);
+    prepareToMove(node, parent->doc);
+    if (isLinked(node)) unlinkFromLists(node);
+    linkUnlinkedLast(child, parent);
+}
+
+void Binding::linkUnlinkedLast(WQXMLNode* child, xmlNodePtr parent) {
+    xmlNodePtr node = child->my.impl;
     xmlAttrPtr attribute = asAttribute(node);
     if (attribute)
         if (xmlAttrPtr same = sameNamed(parent, attribute)) freeAttribute(same);
-    moveToDocument(node, parent->doc);
+    setDocument(node, parent->doc);
     linkBetween(node, parent, attribute ? lastAttribute(parent) : parent->last, nullptr);
+    attach(node);
     takeTreeReference(child);
 }
 
 Ref<WQXMLNode> Binding::unlink(WQXMLNode* child) {
-    unlinkNode(child->my.impl);
-    detach(child->my.impl);
+    xmlNodePtr node = child->my.impl;
+    localise(node);
+    detach(node);
+    unlinkFromLists(node);
     if (!holdsTreeReference(child)) return Ref<WQXMLNode>(child);
     setHoldsTreeReference(child, false);
     return Ref<WQXMLNode>::adopt(child);
@@ -635,8 +689,10 @@ Ref<WQXMLNode> Binding::unlink(WQXMLNode* child) {
 
 void Binding::linkAsRoot(Ref<WQXMLElement>&& element, xmlDocPtr doc) {
     xmlNodePtr node = element->xmlNode();
-    if (isLinked(node)) unlinkNode(node);
-    moveToDocument(node, doc);
+    prepareToMove(node, doc);
+    if (isLinked(node)) unlinkFromLists(node);
+    setDocument(node, doc);
+    attach(node);
     xmlNodePtr old = xmlDocSetRootElement(doc, node);
     WQXMLElement* root = element.leak();
     if (holdsTreeReference(root))
@@ -649,8 +705,12 @@ void Binding::linkAsRoot(Ref<WQXMLElement>&& element, xmlDocPtr doc) {
 // ---- Content
 
 void Binding::setContent(xmlNodePtr text, const xmlChar* content) {
+    // The copy comes first: libxml2 itself would free the old content ahead of it.
+    std::unique_ptr<xmlChar, decltype(xmlFree)> copy(guarded([&] { return xmlStrdup(content); }, xmlFree), xmlFree);
+    if (content && !copy) throw std::bad_alloc();
     IdentifierUpdate update(text->parent);
-    xmlNodeSetContent(text, content);  // the content of a text is taken as it stands
+    xmlNodeSetContent(text, nullptr);
+    text->content = copy.release();  // taken as it stands
 }
 
 void Binding::setValue(xmlAttrPtr attribute, const NSString& value) {
@@ -712,7 +772,7 @@ void Binding::letDetachedNodesGo(xmlDocPtr doc) {
             xmlFreeNode(root);
             continue;
         }
-        localise(root);
+        keepFailure([&] { localiseOrForget(root); });
         setDocument(root, nullptr);
         if (bound && holdsTreeReference(bound)) xmlFreeNode(root);  // nobody but the node holds the wrapper
     }

@@ -68,6 +68,12 @@ struct FreeDocument {
 };
 using OwnDocument = std::unique_ptr<xmlDoc, FreeDocument>;
 
+// An unlinked node of nobody's yet. What its hooks raise gives way to the failure that leads here.
+struct FreeNode {
+    void operator()(xmlNodePtr node) const;
+};
+using OwnNode = std::unique_ptr<xmlNode, FreeNode>;
+
 // A namespace in no nsDef list. Null where libxml2 refuses: for the prefix "xml".
 struct FreeNamespace {
     void operator()(xmlNsPtr ns) const { xmlFreeNs(ns); }
@@ -228,6 +234,7 @@ struct Binding {
     static void linkAhead(WQXMLNode* child, xmlNodePtr reference);
     // As the last child, or the last attribute.
     static void linkLast(WQXMLNode* child, xmlNodePtr parent);
+    static void linkUnlinkedLast(WQXMLNode* child, xmlNodePtr parent);
     // Unlinks it; the result is the count that the tree held, or a new one.
     static Ref<WQXMLNode> unlink(WQXMLNode* child);
     // Makes it the root of a document, and frees the one before. The caller's count becomes the tree's.
@@ -242,7 +249,8 @@ struct Binding {
     static std::vector<xmlNsPtr>& borrowedNamespaces(WQXMLNode* wrapper);
     static std::vector<xmlNsPtr>& ownedNamespaces(WQXMLNode* element);  // those made for attributes
     static size_t numberOfOwnedNamespaces(const WQXMLNode* element);
-    static void collectNamespaces(const WQXMLNode* wrapper, std::unordered_set<xmlNsPtr>& collected);
+    // Those that the wrapper keeps, in no nsDef list.
+    template <class Visit> static void forEachNamespace(const WQXMLNode* wrapper, Visit&& visit);
 
     // ---- Content
 
@@ -272,8 +280,10 @@ struct Binding {
     // names, since it may outlive that.
 
     static void detach(xmlNodePtr node);
-    static void attach(xmlNodePtr node);  // linked again, moved to another document, or dying
-    static DetachedNode*& recordOfDTD(WQXMLNode* dtd);
+    static void listAsDetached(xmlNodePtr node, xmlDocPtr doc);  // the document that it is to name
+    static void attach(xmlNodePtr node);                         // linked again, moved to another document, or dying
+    static DetachedNode* recordOfDTD(const WQXMLNode* dtd);
+    static void setRecordOfDTD(WQXMLNode* dtd, DetachedNode* record);
 };
 
 // How many libxml2 nodes live, documents among them. Counted in test builds only.

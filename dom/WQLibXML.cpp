@@ -38,12 +38,12 @@ void WQLibXMLInit() {
 void wq::startLibrary() {
     static bool isStarted = false;
     if (isStarted) return;
-    isStarted = true;
     DefaultElementClass = &wq::Class::of<WQXMLElement>();
     DefaultAttrClass = &wq::Class::of<WQXMLAttr>();
     DefaultTextClass = &wq::Class::of<WQXMLText>();
     DefaultNodeClass = &wq::Class::of<WQXMLNode>();
     WQLibXMLInit();
+    isStarted = true;
 }
 
 bool setRegisterNode(bool value) { return std::exchange(gRegisterNode, value); }
@@ -163,10 +163,12 @@ void wq::stopParser(void* context) noexcept {
 }
 
 void wqStructuredErrorFunc(void*, xmlErrorPtr error) {
-    const NSString reason = formattedWithoutArguments(wq::fromUTF8(error->message));
     wq::GuardedCall* call = wq::GuardedCall::current;
-    if (!call) throw WQXMLException(u"XML Exception", reason);
-    call->keep(std::make_exception_ptr(WQXMLException(u"XML Exception", reason)), error);
+    wq::keepFailure([&] {
+        const WQXMLException exception(u"XML Exception", formattedWithoutArguments(wq::fromUTF8(error->message)));
+        if (!call) throw exception;
+        call->keep(std::make_exception_ptr(exception), error);
+    });
     if (error->ctxt && comesFromParser(error->domain)) wq::stopParser(error->ctxt);
 }
 

@@ -270,19 +270,22 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
     const NSString local = localNameForQName(qualifiedName), prefix = prefixForQName(qualifiedName);
     if (!local) return nullptr;
     const Bytes bytes(local);
-    xmlNodePtr node = wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode);  // nobody else knows it
+    wq::OwnNode node(wq::guarded([&] { return xmlNewNode(nullptr, bytes); }, xmlFreeNode));  // nobody else knows it
     if (!node) return nullptr;
     wq::OwnNamespace ns = wq::newNamespace(uri, prefix);
     if (!ns) {
-        freeUnlinkedNode(node);
+        freeUnlinkedNode(node.release());
         WQ_ASSERT(false, u"Could not create new namespace structure");
         return nullptr;
     }
-    xmlSetNs(node, ns.get());  // ahead of the check: the class depends on it
+    xmlSetNs(node.get(), ns.get());  // ahead of the check: the class depends on it
     xmlNs* given = ns.get();
-    if (WQXMLNode* first = wq::wrapper(node)) first->setOwnedNs(ns.release());  // the check may raise
-    Binding::nameDocument(node, my.docImpl);
-    Ref<WQXMLElement> element = adoptElement(node);
+    if (WQXMLNode* first = wq::wrapper(node.get())) {  // the check may raise
+        first->setOwnedNs(ns.get());
+        ns.release();
+    }
+    Binding::nameDocument(node.get(), my.docImpl);
+    Ref<WQXMLElement> element = adoptElement(node.release());
     if (element) Binding::ownBorrowed(element.get(), given);
     return element;
 }

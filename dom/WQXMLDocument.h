@@ -52,15 +52,24 @@ struct DetachedNode {
     DetachedNode(_xmlNode* detached, DetachedNode& head) : node(detached), previous(&head), next(head.next) {
         previous->next = next->previous = this;
     }
-    ~DetachedNode() {
-        previous->next = next;
-        next->previous = previous;
+    ~DetachedNode() { leave(); }
+    void moveTo(DetachedNode& head) {
+        leave();
+        previous = &head;
+        next = head.next;
+        previous->next = next->previous = this;
     }
     DetachedNode(const DetachedNode&) = delete;
     DetachedNode& operator=(const DetachedNode&) = delete;
 
     static void* operator new(size_t size) { return allocateSmall(size); }
     static void operator delete(void* memory, size_t size) noexcept { freeSmall(memory, size); }
+
+private:
+    void leave() {
+        previous->next = next;
+        next->previous = previous;
+    }
 };
 }  // namespace wq
 

@@ -43,7 +43,8 @@ bool WQXMLElement::initWithQualifiedName_namespaceURI(const NSString& name, cons
     }
     xmlSetNs(node, ns.get());
     if (!Binding::bindOwnNode(this, node)) return false;
-    setOwnedNs(ns.release());
+    setOwnedNs(ns.get());
+    ns.release();
     return true;
 }
 
@@ -89,10 +90,16 @@ Ref<WQXMLElement> WQXMLElement::childElementWithLocalName_namespaceURI(const NSS
 // ---- Markup
 
 namespace {
-struct FreeBuffer {
-    void operator()(xmlBufferPtr buffer) const { xmlBufferFree(buffer); }
-};
-using Buffer = std::unique_ptr<xmlBuffer, FreeBuffer>;
+// What libxml2 writes for a node and those behind it, if `all`; null where it fails.
+NSString markupOf(xmlNodePtr node, bool all, bool format) {
+    const std::unique_ptr<xmlOutputBuffer, decltype(&xmlOutputBufferClose)> output(xmlAllocOutputBuffer(nullptr), &xmlOutputBufferClose);
+    if (!output) return nullptr;
+    for (; node; node = all ? node->next : nullptr) xmlNodeDumpOutput(output.get(), nullptr, node, 0, format, nullptr);
+    return output->error
+               ? NSString()
+               : wq::fromUTF8(
+                     {reinterpret_cast<const char*>(xmlOutputBufferGetContent(output.get())), xmlOutputBufferGetSize(output.get())});
+}
 }  // namespace
 
 NSString WQXMLElement::innerXML() const {
@@ -100,11 +107,7 @@ NSString WQXMLElement::innerXML() const {
     const wq::KeptAlive kept(this);
     if (ownedNs()) self()->reconcileNamespace();
     auto copy = [this] { return xmlDocCopyNodeList(nullptr, xmlNode()->children); };
-    auto dump = [](xmlNodePtr copies) {
-        const Buffer buffer(xmlBufferCreate());
-        for (xmlNodePtr node = copies; node; node = node->next) xmlNodeDump(buffer.get(), nullptr, node, 0, 0);
-        return wq::fromUTF8(xmlBufferContent(buffer.get()));
-    };
+    auto dump = [](xmlNodePtr copies) { return markupOf(copies, true, false); };
     return wq::fromCopy(copy, dump, xmlFreeNodeList);  // nobody else knows the copies
 }
 
@@ -113,11 +116,7 @@ NSString WQXMLElement::outerXMLWithFormat(bool format) const {
     const wq::KeptAlive kept(this);
     if (ownedNs()) self()->reconcileNamespace();
     auto copy = [this] { return xmlDocCopyNode(xmlNode(), nullptr, 1); };
-    auto dump = [format](xmlNodePtr node) {
-        const Buffer buffer(xmlBufferCreate());
-        const bool failed = xmlNodeDump(buffer.get(), nullptr, node, 0, format) == -1;
-        return failed ? NSString() : wq::fromUTF8(xmlBufferContent(buffer.get()));
-    };
+    auto dump = [format](xmlNodePtr node) { return node ? markupOf(node, false, format) : nullptr; };
     return wq::fromCopy(copy, dump, xmlFreeNode);  // nobody else knows the copy
 }
 
@@ -191,7 +190,8 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
         wq::OwnNamespace made = wq::newNamespace(uri, prefix);
         if (!made) return;
         ns = made.get();
-        Binding::ownedNamespaces(this).push_back(made.release());
+        Binding::ownedNamespaces(this).push_back(ns);
+        made.release();
     }
     Binding::settleIdentifiers(xmlNode(), local);
     wq::guarded([&] { xmlSetNsProp(xmlNode(), ns, Bytes(local), Bytes(value)); });  // old value texts go by the hook

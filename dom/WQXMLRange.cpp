@@ -204,11 +204,16 @@ constexpr int32_t kText = 2, kInserted = 4, kRemoved = 8;
 
 void WQXMLRange::addListeners() {
     if (!my.shouldAddListeners || my.isListening) return;
-    my.isListening = true;
     const Ref<WQXMLDocument> document = my.startContainer->ownerDocument();
+    if (document) registeredOn = document->whileAlive();
+    my.isListening = true;
     if (!document) return;
-    registeredOn = document->whileAlive();
-    for (int32_t event : {kInserted, kRemoved, kText}) document->addListener_forEvent_useCapture(this, event, true);
+    try {
+        for (int32_t event : {kInserted, kRemoved, kText}) document->addListener_forEvent_useCapture(this, event, true);
+    } catch (const std::bad_alloc&) {
+        if (!document->listeners()) my.isListening = false;  // nothing is there to be removed
+        throw;
+    }
 }
 
 void WQXMLRange::removeListeners() {
@@ -264,7 +269,8 @@ void WQXMLRange::handleEvent(const Ref<WQXMLEvent>& event) {
 // A text that is split loses its tail, and gets a sibling right behind it that holds the tail: what was
 // clipped by the first goes on into the second. The offset there is the distance from the tail's end, and
 // the start takes that of the end: both wanted.
-void WQXMLRange::nodeInserted(Ref<WQXMLNode> child, Ref<WQXMLNode> parent) {
+void WQXMLRange::nodeInserted(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode) {
+    const Ref<WQXMLNode> child = target, parent = relatedNode;  // also if an override changes the event
     const bool afterTextChange = my.lastEventID == kText && child->previousSibling() == my.lastEventTarget;
 
     if (afterTextChange && my.startContainer == my.lastEventTarget && my.lastEventStartClip != 0)
@@ -278,7 +284,8 @@ void WQXMLRange::nodeInserted(Ref<WQXMLNode> child, Ref<WQXMLNode> parent) {
         ++my.endOffset;
 }
 
-void WQXMLRange::nodeWillGo(Ref<WQXMLNode> child, Ref<WQXMLNode> parent) {
+void WQXMLRange::nodeWillGo(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode) {
+    const Ref<WQXMLNode> child = target, parent = relatedNode;  // also if an override changes the event
     if (my.startContainer == parent && parent->indexOfChild(child) < my.startOffset)
         --my.startOffset;
     else if (isInside(child, my.startContainer))

@@ -187,8 +187,8 @@ protected:
 private:
     Ref<WQXMLRange> self() const { return Ref<WQXMLRange>(const_cast<WQXMLRange*>(this)); }
     void textChanged(const WQXMLNode* target, NSRange replaced, uint64_t newLength);
-    void nodeInserted(Ref<WQXMLNode> child, Ref<WQXMLNode> parent);
-    void nodeWillGo(Ref<WQXMLNode> child, Ref<WQXMLNode> parent);
+    void nodeInserted(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode);
+    void nodeWillGo(const Ref<WQXMLNode>& target, const Ref<WQXMLNode>& relatedNode);
     void removeSelectedChildren(const Ref<WQXMLNode>& parent);
     void removeSelectedText(const Ref<WQXMLNode>& text);
 

@@ -23,8 +23,12 @@ template <class Open> xmlTextWriterPtr opened(Open&& open) {
 }
 
 int textWriterWriteCallback(void* context, const char* bytes, int length) {
-    static_cast<NSData*>(context)->append({bytes, static_cast<size_t>(length)});
-    return length;
+    int written = -1;
+    wq::keepFailure([&] {
+        static_cast<NSData*>(context)->append({bytes, static_cast<size_t>(length)});
+        written = length;
+    });
+    return written;
 }
 
 int textWriterCloseCallback(void*) { return 0; }
@@ -61,7 +65,14 @@ bool WQXMLWriter::initToXMLDocument() {
     xmlDocPtr doc = nullptr;
     my.writer = opened([&] { return xmlNewTextWriterDoc(&doc, 0); });
     if (!my.writer) return false;
-    my.xmlDocument = wq::make<WQXMLDocument>(&WQXMLDocument::initWithDocImpl, doc);
+    try {
+        my.xmlDocument = wq::make<WQXMLDocument>(&WQXMLDocument::initWithDocImpl, doc);
+    } catch (...) {
+        wq::GuardedCall guard;
+        xmlFreeTextWriter(std::exchange(my.writer, nullptr));
+        xmlFreeDoc(doc);  // which nobody else knows, behind the writer to it
+        throw;
+    }
     bookkeeping.parser = parserBehind(my.writer);
     return true;
 }

@@ -86,20 +86,23 @@ Ref<NSError> fileProblem(const Ref<NSURL>& url) {
 
 struct Transfer {
     std::string bytes;
-    bool isTooLarge = false;
+    bool isTooLarge = false, isShortOfMemory = false;
     char reason[CURL_ERROR_SIZE] = "";
 };
 
 // Called by libcurl, through which nothing may be raised.
-size_t receive(char* part, size_t unit, size_t count, void* context) try {
+size_t receive(char* part, size_t unit, size_t count, void* context) {
     auto& transfer = *static_cast<Transfer*>(context);
     const size_t size = unit * count;
     transfer.isTooLarge = size > sizeLimit || transfer.bytes.size() > sizeLimit - size;
     if (transfer.isTooLarge) return 0;
-    transfer.bytes.append(part, size);
+    try {
+        transfer.bytes.append(part, size);
+    } catch (const std::bad_alloc&) {
+        transfer.isShortOfMemory = true;
+        return 0;
+    }
     return size;
-} catch (const std::bad_alloc&) {
-    return 0;
 }
 
 CURLcode perform(const std::string& url, Transfer& transfer) {
@@ -128,6 +131,7 @@ Ref<NSError> read(const Ref<NSURL>& url, std::string& bytes) {
     Transfer transfer;
     const CURLcode code = perform(wq::toUTF8(url->absoluteString()), transfer);
     if (transfer.isTooLarge) return curlError(CURLE_FILESIZE_EXCEEDED, url->absoluteString());
+    if (transfer.isShortOfMemory) return curlError(CURLE_OUT_OF_MEMORY, url->absoluteString());
     if (code != CURLE_OK) return curlError(code, url->absoluteString(), transfer.reason);
     bytes = std::move(transfer.bytes);
     return nullptr;

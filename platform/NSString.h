@@ -36,11 +36,14 @@ public:
     NSString(const std::u16string& units) : NSString(std::u16string_view(units)) {}
     NSString(std::u16string_view units);
 
-    NSString(const NSString& other) noexcept : shared(other.shared) {  // shares the units of the other
+    // Shares the units of the other.
+    NSString(const NSString& other) noexcept : shared(other.shared) {
         if (shared) ++shared->count;
     }
-    NSString(NSString&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}  // the other is null then
-    NSString& operator=(NSString other) noexcept {                                         // likewise
+    // A string that was moved from is null.
+    NSString(NSString&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}
+    // Shares the units of the other.
+    NSString& operator=(NSString other) noexcept {
         std::swap(shared, other.shared);
         return *this;
     }

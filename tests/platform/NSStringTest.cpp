@@ -557,8 +557,9 @@ TEST(NSString, ReplacesByAPartOfItself) {
 TEST(NSString, CrossesToUTF8AndBackWhereverTheFirstOtherCharacterStands) {
     const std::pair<const char16_t*, const char*> others[] = {
         {u"\u00E4", "\xC3\xA4"}, {u"\u20AC", "\xE2\x82\xAC"}, {u"\U0001D11E", "\xF0\x9D\x84\x9E"}, {u"\u007F\u0080", "\x7F\xC2\x80"}};
+    const size_t lengthsBehind[] = {0, 1, 7, 8, 9};
     for (size_t ahead = 0; ahead <= 18; ++ahead)
-        for (size_t behind : {0, 1, 7, 8, 9})
+        for (const size_t behind : lengthsBehind)
             for (const auto& [units, bytes] : others) {
                 const std::u16string text = std::u16string(ahead, u'x') + units + std::u16string(behind, u'y');
                 const std::string utf8 = std::string(ahead, 'x') + bytes + std::string(behind, 'y');

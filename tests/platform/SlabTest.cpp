@@ -39,9 +39,9 @@ TEST(Slab, GivesStorageOfAnySizeAlignedTo16) {
 
 TEST(Slab, WhatLivesAtOneTimeDoesNotOverlap) {
     std::vector<Cell> cells;
+    const size_t sizes[] = {1, 16, 17, 40, 64, 200, 256, 257, 1000};
     for (int round = 0; round < 40; ++round)
-        for (const size_t size : {1, 16, 17, 40, 64, 200, 256, 257, 1000})
-            cells.push_back(marked(size, static_cast<unsigned char>(round + 1)));
+        for (const size_t size : sizes) cells.push_back(marked(size, static_cast<unsigned char>(round + 1)));
     for (const Cell& cell : cells) EXPECT_TRUE(isWhole(cell));
     for (const Cell& cell : cells) wq::freeSmall(cell.memory, cell.size);
 }

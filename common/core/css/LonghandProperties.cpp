@@ -304,9 +304,9 @@ bool PropFontFamily::validate(AST* term, AST** next) {
     }
     if (!found) return answer(false, term, next);
 
-    auto* list = new ValueList;
+    const SharedPtr<ValueList> list = new ValueList;
     for (const std::string& name : names) list->append(new PrimitiveValue(name, CSS_STRING));
-    value = list;
+    value = list.Get();
     if (next) *next = cursor;
     return true;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "common/core/css/PropertyFactory.h"
@@ -91,7 +92,7 @@ AttributeSelector* newAttributeSelector(int token, const std::string& name) {
 
 // A new object at the end of a list, in which it stays whatever becomes of the rest of the text.
 template <class T> T* appendNew(std::vector<SharedPtr<T>>& list) {
-    list.emplace_back(new T);
+    list.push_back(new T);
     return list.back().Get();
 }
 
@@ -330,7 +331,7 @@ void Parser::css_class(TypeSelector* part) {
     match('.');
     match(IDENT, &value);
     auto* condition = new AttributeListSelector("class");
-    condition->attributeValue = value;
+    condition->attributeValue = std::move(value);
     condition->isClass = true;
     part->Append(condition);
 }
@@ -350,7 +351,7 @@ void Parser::attrib(TypeSelector* part) {
     }
     match(']');
     AttributeSelector* condition = newAttributeSelector(attributeOperator, name);
-    condition->attributeValue = value;
+    condition->attributeValue = std::move(value);
     part->Append(condition);
 }
 

@@ -28,9 +28,9 @@ bool PropContent::validate(AST* root) {
         if (node->type == STRING) {
             list->append(new PrimitiveValue(withoutQuotes(node->text), CSS_STRING));
         } else if (node->type == FUNCTION) {
-            Counter* counter = parseCounter(node);
+            const SharedPtr<Counter> counter = parseCounter(node);
             if (!counter) return false;
-            list->append(new PrimitiveValue(counter));
+            list->append(new PrimitiveValue(counter.Get()));
         } else {
             return false;
         }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace CSS {
 
@@ -15,7 +17,18 @@ Scanner::Scanner() : wqCSSFlexLexer(nullptr, nullptr) {
 void Scanner::SetString(const std::string& text) {
     inputString = text;
     inputPosition = 0;
+    hasBuffer = false;
     yyrestart(nullptr);
+    hasBuffer = true;
+}
+
+// flex says that a buffer has grown before it has the memory, so one that could not grow is not to be used again.
+int Scanner::yylex() try {
+    if (!hasBuffer) throw std::bad_alloc();
+    return scan();
+} catch (const std::bad_alloc&) {
+    if (std::exchange(hasBuffer, false)) yypop_buffer_state();
+    throw;
 }
 
 int Scanner::LexerInput(char* buffer, int maxSize) {

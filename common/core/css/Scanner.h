@@ -16,7 +16,7 @@ namespace CSS {
 // Letters are recognised in both cases, and the text of a token is raw: quotes, units, escapes and case as typed.
 // White space in front of a left brace, a plus, a greater-than sign or a comma belongs to that token.
 // Bytes from 0x80 up are letters. A NUL byte gives token 0, like the end of the text; the next call
-// goes on behind it.
+// goes on behind it. Memory that is refused is std::bad_alloc, also for every call until the next text is set.
 class Scanner : public wqCSSFlexLexer {
 public:
     Scanner();
@@ -34,6 +34,9 @@ protected:
     void LexerError(const char* message) override;            // to standard output; the process goes on
 
 private:
+    int scan();  // what flex makes of the rules
+
+    bool hasBuffer = true;  // false once memory for it was refused
     std::string inputString;
     size_t inputPosition = 0;
     friend struct KeepScanner;

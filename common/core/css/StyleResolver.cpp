@@ -78,7 +78,7 @@ void StyleResolver::AddStylesheet(const SharedPtr<Stylesheet>& sheet) { styleshe
 
 void StyleResolver::ProcessRules(const SharedPtr<Stylesheet>& sheet) {
     if (!sheet) return;
-    for (const SharedPtr<StyleRule>& rule : sheet->styleRules) processedRules.emplace_back(new ProcessedRule(rule, sheet->origin));
+    for (const SharedPtr<StyleRule>& rule : sheet->styleRules) processedRules.push_back(new ProcessedRule(rule, sheet->origin));
 }
 
 SharedPtr<Style> StyleResolver::DefaultStyle() {

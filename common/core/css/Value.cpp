@@ -173,7 +173,7 @@ _WQCSSLength PrimitiveValue::lengthValueForStyle(Style*) const {
 
 // ---- ValueList
 
-void ValueList::append(Value* value) { values.emplace_back(value); }
+void ValueList::append(Value* value) { values.push_back(value); }
 
 std::string ValueList::cssText() const {
     std::string text, separator;

@@ -710,7 +710,9 @@ TEST(ScannerTest, TwoThatAreBorrowedAtATimeReadTheirOwnTexts) {
 }
 
 TEST(ScannerTest, OneThatWasGivenBackServesTheNext) {
-    const Scanner* first = borrowScanner().get();
+    BorrowedScanner one = borrowScanner();
+    const Scanner* const first = one.get();
+    one.reset();
     const BorrowedScanner second = borrowScanner();
     EXPECT_EQ(second.get(), first);
     second->SetString("e");
