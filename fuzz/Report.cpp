@@ -6,14 +6,17 @@
 // became of its text, with all that the engine prints to standard output; "ended" where that is the end of the process, as a text that is
 // not in the language is where hard assertions are on.
 #include <fmt/format.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <new>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -95,22 +98,35 @@ const std::map<std::string, Report> kReports = {
     {"sheet", reportSheet},
     {"cascade", reportCascade}};
 
-// In a process of its own, which may end.
+using Files = std::vector<std::filesystem::path>;
+
 void reportFile(Report report, const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     fmt::print("\x1e== {}\n", path.filename().string());
     std::fflush(stdout);
+    report(text);
+    std::fflush(stdout);
+}
+
+// In a process of its own, which one of them may end: the number of those that were begun.
+size_t reportInAProcess(Report report, const Files& files, size_t first) {
+    void* shared = mmap(nullptr, sizeof(size_t), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (shared == MAP_FAILED) std::abort();
+    auto* begun = new (shared) size_t{first};
     const pid_t child = fork();
     if (child == 0) {
         if (!std::freopen("/dev/null", "w", stderr)) _exit(2);
-        report(text);
-        std::fflush(stdout);
+        while (*begun < files.size()) reportFile(report, files[(*begun)++]);
         _exit(0);
     }
     int status = 0;
     waitpid(child, &status, 0);
+    const size_t next = *begun;
+    munmap(shared, sizeof(size_t));
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) fmt::print("ended\n");
+    std::fflush(stdout);
+    return next;
 }
 
 }  // namespace
@@ -121,10 +137,10 @@ int main(int argc, char** argv) {
         fmt::print(stderr, "usage: report scanner|declarations|sheet|cascade FOLDER...\n");
         return 2;
     }
-    std::vector<std::filesystem::path> files;
+    Files files;
     for (int i = 2; i < argc; ++i)
         for (const auto& entry : std::filesystem::directory_iterator(argv[i])) files.push_back(entry.path());
     std::sort(files.begin(), files.end());
-    for (const auto& file : files) reportFile(report->second, file);
+    for (size_t next = 0; next < files.size();) next = reportInAProcess(report->second, files, next);
     return files.empty() ? 1 : 0;
 }

@@ -14,12 +14,13 @@ trap 'rm -rf "$folder"' EXIT
 build asan report
 build noassert report
 for kind in scanner declarations sheet cascade; do
-    corpora=("fuzz/corpus/$kind")
-    for found in build/fuzz/found build/fuzz/latest; do
-        if [[ -n "$(ls -A "$found/$kind" 2>/dev/null)" ]]; then corpora+=("$found/$kind"); fi
+    inputs=$folder/$kind
+    mkdir "$inputs"
+    for corpus in fuzz/corpus build/fuzz/found build/fuzz/latest; do
+        if [[ -d "$corpus/$kind" ]]; then find "$corpus/$kind" -type f -exec cp -t "$inputs" {} +; fi
     done
     for preset in asan noassert; do
-        "build/$preset/fuzz/report" "$kind" "${corpora[@]}" >"$folder/$preset"
+        "build/$preset/fuzz/report" "$kind" "$inputs" >"$folder/$preset"
     done
     python3 tools/compare-reports.py "$kind" "$folder/asan" "$folder/noassert"
 done
