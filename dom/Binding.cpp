@@ -329,7 +329,7 @@ void Binding::listAsDetached(xmlNodePtr node, xmlDocPtr doc) {
     if (DetachedNode* record = recordOf(node)) return record->moveTo(list);
     auto record = std::make_unique<DetachedNode>(node, list);
     setRecord(node, record.get());
-    record.release();
+    static_cast<void>(record.release());  // the node has it
 }
 
 void Binding::attach(xmlNodePtr node) {

@@ -165,9 +165,9 @@ void wq::stopParser(void* context) noexcept {
 void wqStructuredErrorFunc(void*, xmlErrorPtr error) {
     wq::GuardedCall* call = wq::GuardedCall::current;
     wq::keepFailure([&] {
-        const WQXMLException exception(u"XML Exception", formattedWithoutArguments(wq::fromUTF8(error->message)));
-        if (!call) throw exception;
-        call->keep(std::make_exception_ptr(exception), error);
+        const NSString reason = formattedWithoutArguments(wq::fromUTF8(error->message));
+        if (!call) throw WQXMLException(u"XML Exception", reason);
+        call->keep(std::make_exception_ptr(WQXMLException(u"XML Exception", reason)), error);
     });
     if (error->ctxt && comesFromParser(error->domain)) wq::stopParser(error->ctxt);
 }

@@ -282,7 +282,7 @@ Ref<WQXMLElement> WQXMLDocument::createElement_namespaceURI(const NSString& qual
     xmlNs* given = ns.get();
     if (WQXMLNode* first = wq::wrapper(node.get())) {  // the check may raise
         first->setOwnedNs(ns.get());
-        ns.release();
+        static_cast<void>(ns.release());  // it has an owner
     }
     Binding::nameDocument(node.get(), my.docImpl);
     Ref<WQXMLElement> element = adoptElement(node.release());

@@ -44,7 +44,7 @@ bool WQXMLElement::initWithQualifiedName_namespaceURI(const NSString& name, cons
     xmlSetNs(node, ns.get());
     if (!Binding::bindOwnNode(this, node)) return false;
     setOwnedNs(ns.get());
-    ns.release();
+    static_cast<void>(ns.release());  // it has an owner
     return true;
 }
 
@@ -191,7 +191,7 @@ void WQXMLElement::setAttribute_namespaceURI_value(const NSString& qualifiedName
         if (!made) return;
         ns = made.get();
         Binding::ownedNamespaces(this).push_back(ns);
-        made.release();
+        static_cast<void>(made.release());  // it has an owner
     }
     Binding::settleIdentifiers(xmlNode(), local);
     wq::guarded([&] { xmlSetNsProp(xmlNode(), ns, Bytes(local), Bytes(value)); });  // old value texts go by the hook

@@ -93,6 +93,14 @@ TEST_P(ApplicationDocuments, ADocumentTypeMovesOnlyWithoutADictionary) {
     EXPECT_EQ(type->nodeType(), GetParam() == XML_PARSE_NODICT ? XML_DTD_NODE : 0x7fff);
 }
 
+TEST_P(ApplicationDocuments, ADocumentTypeThatWasRemovedGoesWithItsDictionary) {
+    const auto type = root(doc)->previousSibling();
+    auto owner = wq::make<WQXMLDocument>(&WQXMLDocument::initWithDocImpl, doc.release());
+    owner->removeChild(type);
+    owner = nullptr;
+    EXPECT_EQ(type->nodeType(), GetParam() == XML_PARSE_NODICT ? XML_DTD_NODE : 0x7fff);
+}
+
 TEST_P(ApplicationDocuments, OneThatADocumentTakesOverLetsItsNodesGo) {
     auto owner = wq::make<WQXMLDocument>(&WQXMLDocument::initWithDocImpl, doc.release());
     const auto removed = owner->documentElement()->removeChild(owner->documentElement()->firstChild());

@@ -732,6 +732,14 @@ TEST(NullTest, NeverGetsIntoAReference) {
     EXPECT_FALSE(element->commonAncestorWithNode(someElement()));
 }
 
+TEST(NullTest, IsBoundToNoNode) {
+    xmlNs ns = {};
+    node->setXMLNode(someElement()->xmlNode());
+    node->setOwnedNs(&ns);
+    EXPECT_EQ(node->xmlNode(), nullptr);
+    EXPECT_EQ(node->ownedNs(), nullptr);
+}
+
 class Paragraph : public WQXMLElement {
 public:
     virtual uint64_t words() const { return firstChild() ? 1 : 0; }

@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <optional>
 #include <ostream>
 
 #include "common/core/css/Scanner.h"
 #include "dom/WQXMLDocument.h"
 #include "platform/WQXMLException.h"
+#include "tests/dom/Support.h"
 #include "tests/memory/FailingMemory.h"
 #include "tests/memory/Works.h"
 
@@ -99,6 +101,49 @@ TEST_F(DetachedNodeTest, HasACopyOfThatOfItsDocument) {
     element->setAttribute_namespaceURI_value(u"xml:lang", u"http://www.w3.org/XML/1998/namespace", u"fr");
     document.reset();
     EXPECT_EQ(element->firstAttribute()->nodeName(), u"xml:lang");
+}
+
+TEST_F(DetachedNodeTest, AnAttributeKeepsItsOwnNamespaceWithoutMemory) {
+    element->setAttribute_namespaceURI_value(u"xml:lang", u"http://www.w3.org/XML/1998/namespace", u"fr");
+    const auto attribute = element->removeChild(element->firstAttribute());
+    {
+        const FailingMemory memory(Memory::kLibrary, 1, Refusal::kForGood);
+        document.reset();
+    }
+    EXPECT_EQ(attribute->nodeName(), u"xml:lang");
+}
+
+// An element class that refuses its element when it has changed it, and memory is short from then on.
+struct Refusing : WQXMLElement {
+    bool initWithXMLNode(xmlNodePtr node) override {
+        if (!WQXMLElement::initWithXMLNode(node)) return false;
+        setAttribute_namespaceURI_value(u"z:a", u"u:z", u"1");
+        memory.emplace(Memory::kLibrary, 1, Refusal::kOnce);
+        return false;
+    }
+    static inline std::optional<FailingMemory> memory;
+};
+
+TEST(WantOfMemory, WhatARefusedWrapperLeavesIsTheElementsOwn) {
+    const auto names = NSDictionary::dictionary({{u"e", &wq::Class::of<Refusing>()}});
+    const auto classes = NSDictionary::dictionary({{DefaultNamespaceKey, names}});
+    const auto document = parse("<r><e/></r>", NSDictionary::dictionary({{DefaultElementClassesKey, classes}}));
+    const bool hasRefused = Refusing::memory->hasRefused();
+    Refusing::memory.reset();
+    EXPECT_TRUE(hasRefused);
+    EXPECT_EQ(serialised(document->documentElement()), "<r><e xmlns:z=\"u:z\" z:a=\"1\"/></r>");
+}
+
+// Its list of buffers, the record of one, and the buffer.
+TEST(ScannerWithoutMemory, IsSetUpByTheFirstTextForWhichThereIsSome) {
+    CSS::Scanner scanner;
+    for (uint64_t nth = 3; nth >= 1; --nth) {
+        const FailingMemory memory(Memory::kLibrary, nth, Refusal::kOnce);
+        EXPECT_THROW(scanner.SetString("a"), std::bad_alloc);
+    }
+    scanner.SetString("a");
+    EXPECT_EQ(scanner.yylex(), CSS::IDENT);
+    EXPECT_EQ(scanner.yylex(), 0);
 }
 
 // A scanner whose buffer could not grow reads the next text from the start.
