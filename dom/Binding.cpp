@@ -136,6 +136,7 @@ public:
     }
     ~IdentifierUpdate() {
         if (!attribute) return;
+        GuardedCall guard;                    // without memory it is not found
         attribute->atype = XML_ATTRIBUTE_ID;  // also while it has no value
         if (xmlChar* value = xmlNodeListGetString(attribute->doc, attribute->children, 1)) {
             xmlAddID(nullptr, attribute->doc, value, attribute);

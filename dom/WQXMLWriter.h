@@ -10,9 +10,10 @@
 //     std::cout << writer->XMLData()->view();
 //
 // Each operation answers libxml2's number, 0 or a count of bytes, and -1 on error, for want of memory as well;
-// nothing raises but for the one assertion of writeAttribute_content, and where a long argument itself needs memory. A writer whose
-// destination could not be opened answers -1 to everything, and null answers 0. Balance of start and end operations is the caller's affair:
-// libxml2 checks little of it, a missing end stays missing, and what it accepts may be XML that no parser takes. It accepts a second
+// nothing raises but for the one assertion of writeAttribute_content, and where a long argument itself needs
+// memory. A writer whose destination could not be opened answers -1 to everything, and null answers 0.
+// Balance of start and end operations is the caller's affair: libxml2 checks little of it, a
+// missing end stays missing, and what it accepts may be XML that no parser takes. It accepts a second
 // declaration, and after a -1 for null content the element, attribute or comment is open.
 //
 // Strings go out as UTF-8 and end at a NUL. Only writeString takes out what XML cannot hold; every

@@ -2,9 +2,9 @@
 //
 //     report KIND FOLDER...
 //
-// KIND is scanner, declarations, sheet or cascade. Prints for each file of the folders a line "== NAME" behind a record separator, and what
-// became of its text, with all that the engine prints to standard output; "ended" where that is the end of the process, as a text that is
-// not in the language is where hard assertions are on.
+// KIND is scanner, declarations, sheet or cascade. Prints for each file of the folders a line "== NAME" behind a record
+// separator, and what became of its text, with all that the engine prints to standard output; "ended" where that is the end
+// of the process, as a text that is not in the language is where hard assertions are on.
 #include <fmt/format.h>
 #include <sys/mman.h>
 #include <sys/wait.h>

@@ -134,6 +134,24 @@ TEST(WantOfMemory, WhatARefusedWrapperLeavesIsTheElementsOwn) {
     EXPECT_EQ(serialised(document->documentElement()), "<r><e xmlns:z=\"u:z\" z:a=\"1\"/></r>");
 }
 
+// It leaves the table before its text changes, and needs memory to come back.
+TEST(WantOfMemory, AnIdentifierThatCannotBeEnteredIsFoundWithItsNextValue) {
+    const auto document = parse("<!DOCTYPE r [<!ATTLIST r i ID #IMPLIED>]><r i='x'/>");
+    const auto text = wq::cast<WQXMLText>(document->documentElement()->firstAttribute()->firstChild());
+    for (uint64_t nth = 1; nth <= 8; ++nth) {
+        {
+            const FailingMemory memory(Memory::kLibxml2, nth, Refusal::kOnce);
+            try {
+                text->setString(u"y");
+            } catch (const WQXMLException&) {
+            } catch (const std::bad_alloc&) {}
+        }
+        text->setString(u"z");
+        EXPECT_TRUE(document->getElementById(u"z")) << nth;
+        EXPECT_FALSE(document->getElementById(u"y")) << nth;
+    }
+}
+
 // Its list of buffers, the record of one, and the buffer.
 TEST(ScannerWithoutMemory, IsSetUpByTheFirstTextForWhichThereIsSome) {
     CSS::Scanner scanner;
