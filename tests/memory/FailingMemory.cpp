@@ -91,8 +91,7 @@ FailingMemory::FailingMemory(Memory whose, uint64_t nth, Refusal refusal) : memo
     if (memory == Memory::kLibxml2) {
         void* frames[1];
         backtrace(frames, 1);  // the first call loads a library
-        xmlMalloc = refusingMalloc;
-        xmlMallocAtomic = refusingMalloc;
+        xmlMalloc = xmlMallocAtomic = refusingMalloc;
         xmlRealloc = refusingRealloc;
         xmlMemStrdup = refusingStrdup;
     }
@@ -102,9 +101,8 @@ FailingMemory::FailingMemory(Memory whose, uint64_t nth, Refusal refusal) : memo
 FailingMemory::~FailingMemory() {
     countOf(memory).isOn = false;
     if (memory == Memory::kLibxml2) {
-        xmlMalloc = std::malloc;
-        xmlMallocAtomic = std::malloc;
-        xmlRealloc = std::realloc;
+        xmlMalloc = xmlMallocAtomic = __real_malloc;  // by its own name it would be the library's
+        xmlRealloc = __real_realloc;
         xmlMemStrdup = strdup;
     }
 }
