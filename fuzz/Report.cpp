@@ -115,6 +115,7 @@ size_t reportInAProcess(Report report, const Files& files, size_t first) {
     if (shared == MAP_FAILED) std::abort();
     auto* begun = new (shared) size_t{first};
     const pid_t child = fork();
+    if (child == -1) std::abort();
     if (child == 0) {
         if (!std::freopen("/dev/null", "w", stderr)) _exit(2);
         while (*begun < files.size()) reportFile(report, files[(*begun)++]);

@@ -34,13 +34,32 @@ print_time_of_last_step() {
     fi
 }
 
-# The last lines of a failed step: who sees only the end of a long run learns there what failed.
+# Of a failed step what tells why: who sees only the end of a long run learns it there.
 tell_step_again() {
     local log=$step_logs/${1//\//-}
-    if [[ -s "$log" ]]; then
-        printf '== failed: %s\n' "$1"
+    [[ -s "$log" ]] || return 0
+    printf '== failed: %s\n' "$1"
+    if grep -q '^The following tests FAILED:' "$log"; then
+        tell_failed_tests "$log"
+    else
         tail -n 40 "$log"
     fi
+}
+
+# tell_failed_tests LOG: of what ctest printed, the first and last lines of each failed test, and the list at the end.
+tell_failed_tests() {
+    awk '
+        function tell_test(  i) {
+            for (i = 1; i <= count; ++i)
+                if (i <= 8 || i > count - 15) print line[i]
+            count = 0
+        }
+        /^ *[0-9]+\/[0-9]+ +Test +#/ || /^ +Start +[0-9]+:/ || /^[0-9]+% tests passed/ { tell_test(); has_failed = 0 }
+        /^ *[0-9]+\/[0-9]+ +Test +#.*\*\*\*/ { has_failed = 1 }
+        /^[0-9]+% tests passed/ { is_list = 1 }
+        has_failed && NF { line[++count] = $0 }
+        is_list && NF
+    ' "$1"
 }
 
 # The result of the whole, with a line on stderr if it is a failure.

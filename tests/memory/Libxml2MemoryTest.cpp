@@ -16,6 +16,7 @@
 
 #include "platform/WQXMLException.h"
 #include "tests/memory/FailingMemory.h"
+#include "tests/memory/Process.h"
 #include "tests/memory/Works.h"
 
 namespace {
@@ -58,20 +59,18 @@ struct Trial {
 Trial tryInAProcess(const Work& work, uint64_t nth) {
     int ends[2];
     if (pipe(ends) != 0) throw std::bad_alloc();
-    const pid_t child = fork();
-    if (child == 0) {
-        if (!freopen("/dev/null", "w", stderr) || !freopen("/dev/null", "w", stdout)) _exit(kCrash);
+    const pid_t child = startProcess([&]() -> int {
+        if (!freopen("/dev/null", "w", stderr) || !freopen("/dev/null", "w", stdout)) return kCrash;
         tellFunctionThatIsRefused(ends[1]);
         alarm(5);  // a work takes milliseconds
-        _exit(outcomeOf(work, nth));
-    }
+        return outcomeOf(work, nth);
+    });
     close(ends[1]);
     Trial trial;
     char part[64];
     for (ssize_t size; (size = read(ends[0], part, sizeof part)) > 0;) trial.function.append(part, static_cast<size_t>(size));
     close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
+    const int status = endOfProcess(child);
     if (WIFEXITED(status) && WEXITSTATUS(status) >= kSame) trial.outcome = WEXITSTATUS(status);
     if (WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM) trial.outcome = kHang;
     return trial;
