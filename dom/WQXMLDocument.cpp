@@ -195,7 +195,7 @@ bool WQXMLDocument::initWithData_baseURL_arguments_error(
     wq::startLibrary();
     takeClassMap(arguments);
     const auto kept = data->snapshot();  // whatever an element class does with the data
-    const std::string_view bytes = kept ? std::string_view(*kept) : std::string_view();
+    const std::string_view bytes = kept ? kept->view() : std::string_view();
     if (bytes.size() > INT_MAX) return false;
 
     xmlLoadExtDtdDefaultValue = XML_DETECT_IDS;  // the last parse may have been somebody else's

@@ -59,9 +59,10 @@ bool WQXMLReader::initWithData_baseURL_error(const Ref<NSData>& data, const Ref<
     my._url = baseURL;
     my._data = data;
     bytes = data->snapshot();
-    if (!bytes || bytes->size() > INT_MAX) return true;
+    if (!bytes || bytes->view().size() > INT_MAX) return true;
+    const std::string_view input = bytes->view();
     const Bytes base(baseURL->absoluteString());
-    auto open = [&] { return xmlReaderForMemory(bytes->data(), static_cast<int>(bytes->size()), base.characters(), nullptr, 0); };
+    auto open = [&] { return xmlReaderForMemory(input.data(), static_cast<int>(input.size()), base.characters(), nullptr, 0); };
     my._reader = asked(open, xmlFreeTextReader);
     return true;
 }

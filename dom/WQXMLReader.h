@@ -121,5 +121,5 @@ private:
         Ref<NSURL> _url;
         Ref<NSData> _data;
     } my;
-    std::shared_ptr<const std::string> bytes;  // those of _data, whatever is appended to it
+    std::shared_ptr<const wq::ByteBuffer> bytes;  // those of _data, whatever is appended to it
 };

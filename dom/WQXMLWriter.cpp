@@ -241,9 +241,10 @@ int32_t WQXMLWriter::writeRaw(const NSString& markup) { return write(xmlTextWrit
 int32_t WQXMLWriter::writeString(const NSString& string) { return write(xmlTextWriterWriteString, Bytes(cleanString(string))); }
 
 int32_t WQXMLWriter::writeBytes(int (*function)(xmlTextWriterPtr, const char*, int, int), const Ref<NSData>& data) {
-    const auto bytes = data->snapshot();  // it may be the buffer that is written to
-    if (!bytes || bytes->size() > INT_MAX) return write(function, nullptr, 0, 0);
-    return write(function, bytes->data(), 0, static_cast<int>(bytes->size()));
+    const auto kept = data->snapshot();  // it may be the buffer that is written to
+    const std::string_view bytes = kept ? kept->view() : std::string_view();
+    if (bytes.size() > INT_MAX) return write(function, nullptr, 0, 0);
+    return write(function, bytes.data(), 0, static_cast<int>(bytes.size()));
 }
 
 int32_t WQXMLWriter::writeBase64(const Ref<NSData>& data) { return writeBytes(xmlTextWriterWriteBase64, data); }

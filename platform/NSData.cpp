@@ -85,7 +85,7 @@ Ref<NSError> fileProblem(const Ref<NSURL>& url) {
 // ---- The transfer
 
 struct Transfer {
-    std::string bytes;
+    std::shared_ptr<wq::ByteBuffer> bytes = std::make_shared<wq::ByteBuffer>();
     bool isTooLarge = false, isShortOfMemory = false;
     char reason[CURL_ERROR_SIZE] = "";
 };
@@ -94,10 +94,10 @@ struct Transfer {
 size_t receive(char* part, size_t unit, size_t count, void* context) {
     auto& transfer = *static_cast<Transfer*>(context);
     const size_t size = unit * count;
-    transfer.isTooLarge = size > sizeLimit || transfer.bytes.size() > sizeLimit - size;
+    transfer.isTooLarge = size > sizeLimit || transfer.bytes->view().size() > sizeLimit - size;
     if (transfer.isTooLarge) return 0;
     try {
-        transfer.bytes.append(part, size);
+        transfer.bytes->append({part, size});
     } catch (const std::bad_alloc&) {
         transfer.isShortOfMemory = true;
         return 0;
@@ -125,7 +125,7 @@ CURLcode perform(const std::string& url, Transfer& transfer) {
     return curl_easy_perform(curl.get());
 }
 
-Ref<NSError> read(const Ref<NSURL>& url, std::string& bytes) {
+Ref<NSError> read(const Ref<NSURL>& url, std::shared_ptr<wq::ByteBuffer>& bytes) {
     if (auto error = refusal(url)) return error;
     if (auto error = fileProblem(url)) return error;
     Transfer transfer;
@@ -139,24 +139,26 @@ Ref<NSError> read(const Ref<NSURL>& url, std::string& bytes) {
 
 }  // namespace
 
-Ref<NSData> NSData::dataWithBytes(std::string bytes) {
-    auto made = Ref<NSData>(new NSData);
-    made->bytes = std::make_shared<std::string>(std::move(bytes));
-    return made;
-}
+Ref<NSData> NSData::dataWithBytes(std::string bytes) { return Ref<NSData>(new NSData(std::make_shared<wq::ByteBuffer>(std::move(bytes)))); }
 
 Ref<NSData> NSData::dataWithContentsOfURL_error(const Ref<NSURL>& url, Ref<NSError>* error) {
-    std::string bytes;
+    std::shared_ptr<wq::ByteBuffer> bytes;
     Ref<NSError> problem = read(url, bytes);
-    if (!problem) return dataWithBytes(std::move(bytes));
+    if (!problem) return Ref<NSData>(new NSData(std::move(bytes)));
     if (error) *error = std::move(problem);
     return nullptr;
 }
 
 void NSData::append(std::string_view more) {
     if (isNil()) return;
-    if (bytes.use_count() > 1) bytes = std::make_shared<std::string>(*bytes);
-    bytes->append(more);
+    if (bytes.use_count() != 1) {
+        auto own = std::make_shared<wq::ByteBuffer>();
+        own->append(view());
+        own->append(more);  // which may be the old bytes
+        bytes = std::move(own);
+    } else {
+        bytes->append(more);
+    }
 }
 
 uint64_t NSData::setSizeLimit(uint64_t bytes) { return std::exchange(sizeLimit, bytes); }

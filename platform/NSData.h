@@ -4,7 +4,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "platform/ByteBuffer.h"
 #include "platform/Object.h"
 
 class NSError;
@@ -12,6 +14,9 @@ class NSURL;
 
 class NSData : public wq::Object {
 public:
+    // Empty.
+    NSData() = default;
+
     // Takes the bytes over or copies them.
     static Ref<NSData> dataWithBytes(std::string bytes);
 
@@ -25,7 +30,7 @@ public:
     static uint64_t setSizeLimit(uint64_t bytes);
 
     // The bytes, valid as long as this object and until the next append. Null: empty.
-    std::string_view view() const { return bytes ? std::string_view(*bytes) : std::string_view(); }
+    std::string_view view() const { return bytes ? bytes->view() : std::string_view(); }
     size_t length() const { return view().size(); }  // bytes
 
     // Null: nothing.
@@ -33,8 +38,10 @@ public:
 
     // The bytes as they are now, for whoever reads them in place: a later append leaves these alone.
     // Null without any.
-    std::shared_ptr<const std::string> snapshot() const { return bytes; }
+    std::shared_ptr<const wq::ByteBuffer> snapshot() const { return bytes; }
 
 private:
-    std::shared_ptr<std::string> bytes;
+    explicit NSData(std::shared_ptr<wq::ByteBuffer> kept) : bytes(std::move(kept)) {}
+
+    std::shared_ptr<wq::ByteBuffer> bytes;
 };

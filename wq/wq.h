@@ -34,6 +34,7 @@
 #include "mac/Frameworks/WQCSS/WQCSSValueList.h"
 
 #include "platform/Assertion.h"
+#include "platform/ByteBuffer.h"
 #include "platform/Log.h"
 #include "platform/NSAttributeNames.h"
 #include "platform/NSAttributedString.h"

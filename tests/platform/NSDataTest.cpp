@@ -200,6 +200,35 @@ TEST(NSData, NullIsEmptyAndTakesNothing) {
     EXPECT_EQ(null->length(), 0u);
 }
 
+TEST(NSData, ASnapshotStaysAsItWas) {
+    const auto data = NSData::dataWithBytes("given");
+    const auto given = data->snapshot();
+    data->append(" and more");
+    const auto more = data->snapshot();
+    data->append(given->view());
+    data->append(more->view());
+    EXPECT_EQ(given->view(), "given");
+    EXPECT_EQ(more->view(), "given and more");
+    EXPECT_EQ(data->view(), "given and moregivengiven and more");
+    EXPECT_EQ(Ref<NSData>()->snapshot(), nullptr);
+}
+
+TEST(NSData, ANewOneTakesBytes) {
+    const Ref<NSData> data(new NSData);
+    EXPECT_EQ(data->length(), 0u);
+    EXPECT_EQ(data->snapshot(), nullptr);
+    data->append("a");
+    EXPECT_EQ(data->view(), "a");
+}
+
+TEST(NSData, AppendsItsOwnBytesWhileASnapshotLives) {
+    const auto data = NSData::dataWithBytes("ab");
+    const auto kept = data->snapshot();
+    data->append(data->view());
+    EXPECT_EQ(data->view(), "abab");
+    EXPECT_EQ(kept->view(), "ab");
+}
+
 TEST(NSData, AcceptsDocumentsUpToTwoGigabytes) {
     const uint64_t before = NSData::setSizeLimit(10);
     EXPECT_EQ(before, 2147483647u);
