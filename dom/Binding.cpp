@@ -276,10 +276,6 @@ Ref<WQXMLNode> Binding::adoptNewNode(xmlNodePtr node) {
 
 // ---- Counts
 
-void Binding::setHoldsTreeReference(WQXMLNode* wrapper, bool holds) {
-    wrapper->flags = static_cast<uint8_t>(holds ? wrapper->flags | WQXMLNode::kTreeReference : wrapper->flags & ~WQXMLNode::kTreeReference);
-}
-
 void Binding::takeTreeReference(WQXMLNode* wrapper) {
     if (holdsTreeReference(wrapper)) return;
     attach(wrapper->my.impl);

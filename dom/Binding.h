@@ -243,7 +243,10 @@ struct Binding {
     // ---- Counts and namespaces
 
     static bool holdsTreeReference(const WQXMLNode* wrapper) { return wrapper->flags & WQXMLNode::kTreeReference; }
-    static void setHoldsTreeReference(WQXMLNode* wrapper, bool holds);
+    static void setHoldsTreeReference(WQXMLNode* wrapper, bool holds) {
+        const unsigned others = wrapper->flags & ~unsigned{WQXMLNode::kTreeReference};
+        wrapper->flags = static_cast<uint8_t>(holds ? others | WQXMLNode::kTreeReference : others);
+    }
     static void takeTreeReference(WQXMLNode* wrapper);
     static void reconcileNamespaces(WQXMLNode* wrapper);
     static std::vector<xmlNsPtr>& borrowedNamespaces(WQXMLNode* wrapper);

@@ -18,16 +18,23 @@ using wq::wrapped;
 using wq::wrapper;
 
 WQXMLNode::Rare& WQXMLNode::makeRare() { return my.rare ? *my.rare : *(my.rare = new Rare); }
-WQXMLNode::~WQXMLNode() { delete my.rare; }
+void WQXMLNode::deleteRare() noexcept { delete my.rare; }
 
 // ---- The end of a wrapper
+
+// Most wrappers end here: their document has freed their nodes.
+void WQXMLNode::teardown() {
+    if (my.impl) return teardownWithNode();
+    flags |= kDying;  // references made from here on do not come back here
+    delete this;
+}
 
 // The last count of a linked node goes: only a node that was linked by libxml2 itself can get here.
 // While the handler runs the tree has the count that it lacked, and one more keeps the wrapper whole,
 // so that a handler that raises leaves everything sound. After one that returns the node goes all the
 // same, unless the handler has taken it out of its tree or taken a reference.
-void WQXMLNode::teardown() {
-    if (my.impl && my.impl->parent) {
+void WQXMLNode::teardownWithNode() {
+    if (my.impl->parent) {
         Binding::takeTreeReference(this);
         Ref<WQXMLNode> kept(this);
         WQ_ASSERT(false, u"Freeing a node still held by the document");
@@ -36,8 +43,8 @@ void WQXMLNode::teardown() {
         kept.leak();
         count = 0;
     }
-    flags |= kDying;  // references made from here on do not come back here
-    if (!my.impl) return delete this;
+    flags |= kDying;
+    if (!my.impl) return delete this;  // gone while the handler ran
     wq::GuardedCall guard;
     Binding::freeNode(this);
     delete this;

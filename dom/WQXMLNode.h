@@ -201,7 +201,9 @@ protected:
     virtual _xmlNode* linkTarget() const noexcept { return my.impl; }
     bool anyoneListens() const;  // here or further up
 
-    ~WQXMLNode() override;
+    ~WQXMLNode() override {
+        if (my.rare) deleteRare();
+    }
     void teardown() override;
 
     enum : uint8_t {
@@ -216,6 +218,8 @@ private:
     // What few nodes need, made on first use, so that a wrapper stays at 32 bytes.
     struct Rare;
     Rare& makeRare();
+    void deleteRare() noexcept;
+    void teardownWithNode();
 
     // Invariants: my.impl->_private is this while my.impl is not null. An unlinked node without
     // kTreeReference is owned by this wrapper and listed as detached in its document.
