@@ -55,7 +55,7 @@ tell_failed_tests() {
             count = 0
         }
         /^ *[0-9]+\/[0-9]+ +Test +#/ || /^ +Start +[0-9]+:/ || /^[0-9]+% tests passed/ { tell_test(); has_failed = 0 }
-        /^ *[0-9]+\/[0-9]+ +Test +#.*\*\*\*/ { has_failed = 1 }
+        /^ *[0-9]+\/[0-9]+ +Test +#.*\*\*\*/ && !/\*\*\*Skipped/ { has_failed = 1 }
         /^[0-9]+% tests passed/ { is_list = 1 }
         has_failed && NF { line[++count] = $0 }
         is_list && NF
